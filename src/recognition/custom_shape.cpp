@@ -1,0 +1,177 @@
+#include "recognition/custom_shape.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace ostrelle {
+namespace {
+
+// A drawing with no extent is scaled by this instead of dividing by zero.
+constexpr double minimumScale = 1e-9;
+
+double roundTo3(double value) { return std::round(value * 1000.0) / 1000.0; }
+
+std::vector<Point> rounded(std::vector<Point> points) {
+    for (Point& p : points) p = {roundTo3(p.x), roundTo3(p.y)};
+    return points;
+}
+
+struct Bounds {
+    double minX = std::numeric_limits<double>::infinity();
+    double minY = std::numeric_limits<double>::infinity();
+    double maxX = -std::numeric_limits<double>::infinity();
+    double maxY = -std::numeric_limits<double>::infinity();
+
+    void add(Point p) {
+        minX = std::min(minX, p.x);
+        minY = std::min(minY, p.y);
+        maxX = std::max(maxX, p.x);
+        maxY = std::max(maxY, p.y);
+    }
+    double scale() const {
+        const double s = std::max(maxX - minX, maxY - minY);
+        return s <= minimumScale ? minimumScale : s;
+    }
+};
+
+Point centroidOf(const std::vector<Point>& points) {
+    Point sum;
+    for (Point p : points) {
+        sum.x += p.x;
+        sum.y += p.y;
+    }
+    const auto n = static_cast<double>(points.size());
+    return {sum.x / n, sum.y / n};
+}
+
+// Strokes are only drawn, never matched: they are resampled, then moved and scaled together (one
+// centroid, one scale for all of them) so the fingers keep their places relative to each other.
+std::vector<Stroke> normalizedStrokes(const std::vector<Stroke>& strokes) {
+    std::vector<Stroke> result;
+    result.reserve(strokes.size());
+    Bounds bounds;
+    Point sum;
+    std::size_t count = 0;
+    for (const Stroke& stroke : strokes) {
+        if (stroke.empty()) continue;
+        result.push_back(CustomShape::resample(stroke, CustomShape::strokePoints));
+        for (Point p : result.back()) {
+            bounds.add(p);
+            sum.x += p.x;
+            sum.y += p.y;
+            ++count;
+        }
+    }
+    if (count == 0) return result;
+    const Point centre{sum.x / static_cast<double>(count), sum.y / static_cast<double>(count)};
+    const double scale = bounds.scale();
+    for (Stroke& stroke : result) {
+        for (Point& p : stroke) p = {roundTo3((p.x - centre.x) / scale), roundTo3((p.y - centre.y) / scale)};
+    }
+    return result;
+}
+
+}  // namespace
+
+CustomShape::CustomShape(std::string name_, int fingers_, std::vector<Point> path_, std::vector<Stroke> strokes_)
+    : name(std::move(name_)), fingers(fingers_), path(std::move(path_)), strokes(std::move(strokes_)) {}
+
+CustomShape CustomShape::fromDrawing(int fingers, const std::vector<Point>& handPath,
+                                     const std::vector<Stroke>& strokes) {
+    return CustomShape("", fingers, rounded(templateOf(handPath)), normalizedStrokes(strokes));
+}
+
+bool CustomShape::isValid() const {
+    if (fingers < 3 || fingers > 5) return false;
+    if (path.size() != templatePoints || strokes.empty()) return false;
+    const auto first = name.find_first_not_of(" \t\n\r\v\f");
+    return first != std::string::npos;
+}
+
+double CustomShape::distance(const std::vector<Point>& otherTemplate) const {
+    if (path.size() != otherTemplate.size() || path.empty()) return std::numeric_limits<double>::infinity();
+    double sum = 0;
+    for (std::size_t i = 0; i < path.size(); ++i) sum += ostrelle::distance(path[i], otherTemplate[i]);
+    return sum / static_cast<double>(path.size());
+}
+
+double CustomShape::length(const std::vector<Point>& points) {
+    double total = 0;
+    for (std::size_t i = 1; i < points.size(); ++i) total += ostrelle::distance(points[i - 1], points[i]);
+    return total;
+}
+
+std::vector<Point> CustomShape::resample(const std::vector<Point>& points, std::size_t count) {
+    std::vector<Point> result;
+    if (points.empty() || count == 0) return result;
+    result.reserve(count);
+    const double total = length(points);
+    if (!(total > 0)) {
+        result.assign(count, points.front());
+        return result;
+    }
+    const double interval = total / static_cast<double>(count - 1);
+    result.push_back(points.front());
+    double walked = 0;
+    Point previous = points.front();
+    std::size_t next = 1;
+    while (next < points.size() && result.size() < count) {
+        const Point current = points[next];
+        const double step = ostrelle::distance(previous, current);
+        if (walked + step >= interval) {
+            const double t = (interval - walked) / step;
+            const Point emitted{previous.x + t * (current.x - previous.x), previous.y + t * (current.y - previous.y)};
+            result.push_back(emitted);
+            // The emitted point starts what is left of this segment.
+            previous = emitted;
+            walked = 0;
+        } else {
+            walked += step;
+            previous = current;
+            ++next;
+        }
+    }
+    while (result.size() < count) result.push_back(points.back());
+    return result;
+}
+
+std::vector<Point> CustomShape::templateOf(const std::vector<Point>& points) {
+    std::vector<Point> result = resample(points, templatePoints);
+    if (result.empty()) return result;
+    const Point centre = centroidOf(result);
+    Bounds bounds;
+    for (Point p : result) bounds.add(p);
+    // One scale for both axes keeps the drawing's aspect ratio; size and position are dropped.
+    const double scale = bounds.scale();
+    for (Point& p : result) p = {(p.x - centre.x) / scale, (p.y - centre.y) / scale};
+    return result;
+}
+
+bool CustomShape::isStraight(const std::vector<Point>& points) {
+    if (points.empty()) return false;
+    const Point first = points.front();
+    const double chordX = points.back().x - first.x;
+    const double chordY = points.back().y - first.y;
+    const double chord = std::hypot(chordX, chordY);
+    if (!(chord > 0)) return false;
+    const double limit = straightMaxDeviation * chord;
+    return std::all_of(points.begin(), points.end(), [&](Point p) {
+        const double cross = chordX * (p.y - first.y) - chordY * (p.x - first.x);
+        return std::abs(cross) / chord <= limit;
+    });
+}
+
+std::size_t hashOf(const CustomShape& shape) {
+    std::size_t seed = std::hash<std::string>{}(shape.name);
+    hashCombine(seed, std::hash<int>{}(shape.fingers));
+    for (Point p : shape.path) hashCombine(seed, hashOf(p));
+    for (const Stroke& stroke : shape.strokes) {
+        hashCombine(seed, stroke.size());
+        for (Point p : stroke) hashCombine(seed, hashOf(p));
+    }
+    return seed;
+}
+
+}  // namespace ostrelle
