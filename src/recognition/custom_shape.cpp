@@ -36,14 +36,17 @@ struct Bounds {
     }
 };
 
+// Averaged as offsets from the first point, so that a drawing with no extent has its centroid
+// exactly on its points (summing many equal coordinates would round away from them).
 Point centroidOf(const std::vector<Point>& points) {
+    const Point origin = points.front();
     Point sum;
     for (Point p : points) {
-        sum.x += p.x;
-        sum.y += p.y;
+        sum.x += p.x - origin.x;
+        sum.y += p.y - origin.y;
     }
     const auto n = static_cast<double>(points.size());
-    return {sum.x / n, sum.y / n};
+    return {origin.x + sum.x / n, origin.y + sum.y / n};
 }
 
 // Strokes are only drawn, never matched: they are resampled, then moved and scaled together (one
