@@ -103,33 +103,26 @@ TEST_F(LogRollOverTest, RecentWritesDoNotKeepAnOldFile) {
     EXPECT_TRUE(std::filesystem::exists(backupFile));
 }
 
-TEST_F(LogRollOverTest, AStaleBackupIsDeletedAtTheNextWrite) {
-    writeText(backupFile, "old\n");
-    setModified(backupFile, 31 * day);
-    log.error("now");
-    log.flush();
-    EXPECT_FALSE(std::filesystem::exists(backupFile));
-}
-
-TEST_F(LogRollOverTest, ARecentBackupIsKept) {
+TEST_F(LogRollOverTest, ABackupIsDeletedOnlyWhenUntouchedForThirtyDays) {
     writeText(backupFile, "old\n");
     setModified(backupFile, 29 * day);
     log.error("now");
-    log.prune();
     log.flush();
     EXPECT_EQ(readText(backupFile), "old\n");
-}
 
-TEST_F(LogRollOverTest, PruneDeletesAStaleBackupWithoutWriting) {
-    writeText(backupFile, "old\n");
     setModified(backupFile, 31 * day);
-    log.prune();
+    log.error("later");
     log.flush();
     EXPECT_FALSE(std::filesystem::exists(backupFile));
-    EXPECT_FALSE(std::filesystem::exists(logFile));
 }
 
-TEST_F(LogRollOverTest, PruneRollsAnOversizedFile) {
+TEST_F(LogRollOverTest, PruneRollsWithoutWriting) {
+    log.prune();
+    log.flush();
+    EXPECT_FALSE(std::filesystem::exists(logFile));
+
+    writeText(backupFile, "old\n");
+    setModified(backupFile, 31 * day);
     writeText(logFile, std::string(Log::maxFileSize + 1, 'x'));
     log.prune();
     log.flush();
@@ -137,9 +130,8 @@ TEST_F(LogRollOverTest, PruneRollsAnOversizedFile) {
     EXPECT_EQ(std::filesystem::file_size(backupFile), Log::maxFileSize + 1);
 }
 
-TEST_F(LogRollOverTest, PruneOfAnOldFileUsesTheClock) {
+TEST_F(LogRollOverTest, PruneMeasuresAgeByTheClock) {
     log.warning("first");
-    log.flush();
     log.prune();
     log.flush();
     EXPECT_TRUE(std::filesystem::exists(logFile));
@@ -150,35 +142,21 @@ TEST_F(LogRollOverTest, PruneOfAnOldFileUsesTheClock) {
     EXPECT_THAT(readLines(backupFile), ElementsAre(EndsWith(" WARN first")));
 }
 
-TEST_F(LogRollOverTest, PruneWithNoFilesDoesNothing) {
-    std::filesystem::remove(logFile.parent_path());
-    log.prune();
-    log.flush();
-    EXPECT_FALSE(std::filesystem::exists(logFile.parent_path()));
-}
-
 // ---- creation time ----
 
-TEST(LogCreationTime, PrefersTheBirthTime) {
+TEST(LogCreationTime, BirthTimeThenFirstStampThenModification) {
     const SystemTime born = std::chrono::sys_days{std::chrono::January / 1 / 2026};
-    const FileTimes times{10, born + 40 * day, born};
-    EXPECT_EQ(creationTime(times, "2026-02-01T00:00:00.000Z ERROR x\n"), born);
-}
-
-TEST(LogCreationTime, WithoutBirthTimeReadsTheFirstStamp) {
     const SystemTime modified = std::chrono::sys_days{std::chrono::March / 1 / 2026};
-    const FileTimes times{10, modified, std::nullopt};
-    EXPECT_EQ(creationTime(times, "2026-02-01T01:00:00.250+01:00 ERROR x\nmore"),
+    const std::string firstLine = "2026-02-01T01:00:00.250+01:00 ERROR x\nmore";
+    EXPECT_EQ(creationTime(FileTimes{10, modified, born}, firstLine), born);
+
+    const FileTimes noBirth{10, modified, std::nullopt};
+    EXPECT_EQ(creationTime(noBirth, firstLine),
               std::chrono::sys_days{std::chrono::February / 1 / 2026} + 250ms);
-}
-
-TEST(LogCreationTime, FallsBackToTheModificationTime) {
-    const SystemTime modified = std::chrono::sys_days{std::chrono::March / 1 / 2026};
-    const FileTimes times{10, modified, std::nullopt};
-    EXPECT_EQ(creationTime(times, ""), modified);
-    EXPECT_EQ(creationTime(times, "not a log line\n"), modified);
+    EXPECT_EQ(creationTime(noBirth, ""), modified);
+    EXPECT_EQ(creationTime(noBirth, "not a log line\n"), modified);
     // A first stamp later than the last write came from a wrong clock.
-    EXPECT_EQ(creationTime(times, "2026-04-01T00:00:00.000Z ERROR x\n"), modified);
+    EXPECT_EQ(creationTime(noBirth, "2026-04-01T00:00:00.000Z ERROR x\n"), modified);
 }
 
 TEST(LogFileTimes, ReadsSizeAndTimesOfARealFile) {

@@ -61,10 +61,5 @@ TEST_F(SharedLogTest, PipelineAcceptsEntriesAndWritesNothing) {
     EXPECT_FALSE(std::filesystem::exists(logFile));
 }
 
-TEST(SharedLogDefaults, LimitsAreHalfAMebibyteAndThirtyDays) {
-    EXPECT_EQ(Log::maxFileSize, 512u * 1024u);
-    EXPECT_EQ(Log::maxAge, 30.0 * 24 * 60 * 60);
-}
-
 }  // namespace
 }  // namespace ostrelle
