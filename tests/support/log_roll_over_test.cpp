@@ -7,7 +7,7 @@
 #include "support/log_file.h"
 #include "support/log_time_stamp.h"
 #include "support/log_writer.h"
-#include "support/temporary_folder.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {

@@ -6,7 +6,7 @@
 #include "support/default_paths.h"
 #include "support/fake_log_clock.h"
 #include "support/log_time_stamp.h"
-#include "support/temporary_folder.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "support/log.h"
-#include "support/temporary_folder.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {

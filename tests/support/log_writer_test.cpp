@@ -9,7 +9,7 @@
 
 #include "support/fake_log_clock.h"
 #include "support/log_time_stamp.h"
-#include "support/temporary_folder.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {
