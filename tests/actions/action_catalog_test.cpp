@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 
 #include "action_fakes.h"
 
@@ -47,6 +48,11 @@ struct MigrationCase {
     ActionRef from;
     std::optional<ActionRef> to;
 };
+
+// Test names show the row name rather than the bytes of the row.
+void PrintTo(const MigrationCase& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class ActionCatalogMigration : public ::testing::TestWithParam<MigrationCase> {};
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <ostream>
 
 #include "actions/action_ref_json.h"
 #include "actions/key_shortcut_json.h"
@@ -66,6 +67,11 @@ struct BadShortcut {
     const char* key;
     const char* description;
 };
+
+// Test names show the row name rather than the bytes of the row.
+void PrintTo(const BadShortcut& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class KeyShortcutJSONFailure : public ::testing::TestWithParam<BadShortcut> {};
 

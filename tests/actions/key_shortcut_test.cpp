@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <set>
 
 #include "action_fakes.h"
@@ -67,6 +68,11 @@ struct ShortcutCase {
     bool isGlobal;
     std::uint32_t carbon;
 };
+
+// Test names show the row name rather than the bytes of the row.
+void PrintTo(const ShortcutCase& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class KeyShortcutBehaviour : public ::testing::TestWithParam<ShortcutCase> {};
 

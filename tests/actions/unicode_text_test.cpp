@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "actions/natural_order.h"
 
 namespace ostrelle {
@@ -12,6 +14,11 @@ struct TextCase {
     std::string input;
     std::string expected;
 };
+
+// Test names show the row name rather than the bytes of the row.
+void PrintTo(const TextCase& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class SearchFolded : public ::testing::TestWithParam<TextCase> {};
 
@@ -72,6 +79,11 @@ struct OrderCase {
     const char* lower;
     const char* higher;
 };
+
+// Test names show the row name rather than the bytes of the row.
+void PrintTo(const OrderCase& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class NaturalOrder : public ::testing::TestWithParam<OrderCase> {};
 
