@@ -136,10 +136,7 @@ std::vector<AppActions> ActionCatalog::filtered(std::string_view query) {
     // Only spaces and tabs are trimmed: a typed line end is part of the query.
     const std::string needle = trimmedSpacesAndTabs(query);
     if (needle.empty()) return apps();
-    const std::string foldedNeedle = searchFolded(needle);
-    const auto matches = [&](const std::string& text) {
-        return searchFolded(text).find(foldedNeedle) != std::string::npos;
-    };
+    const auto matches = [&](const std::string& text) { return looselyContains(text, needle); };
     std::vector<AppActions> result;
     for (const AppActions& app : apps()) {
         if (matches(app.name)) {

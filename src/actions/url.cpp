@@ -124,7 +124,7 @@ std::string URL::path() const {
 }
 
 std::string URL::lastPathComponent() const {
-    const std::string full = path();
+    std::string full = path();
     if (full == "/") return full;
     const auto slash = full.rfind('/');
     return slash == std::string::npos ? full : full.substr(slash + 1);
