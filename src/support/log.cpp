@@ -1,5 +1,7 @@
 #include "support/log.h"
 
+#include <mutex>
+
 #include "support/default_paths.h"
 #include "support/log_writer.h"
 
@@ -14,17 +16,45 @@ LogWriter& writer() {
     return *shared;
 }
 
+struct ListenerSlot {
+    std::mutex mutex;
+    std::shared_ptr<const Log::Listener> listener;
+};
+
+ListenerSlot& listenerSlot() {
+    static ListenerSlot* const slot = new ListenerSlot;
+    return *slot;
+}
+
+void tellListener(Log::Level level, std::string_view message) {
+    std::shared_ptr<const Log::Listener> listener;
+    {
+        ListenerSlot& slot = listenerSlot();
+        std::lock_guard lock(slot.mutex);
+        listener = slot.listener;
+    }
+    if (listener) (*listener)(level, message);
+}
+
 }  // namespace
 
 void Log::error(std::string_view message) {
     pipeline().write(LogPipeline::Type::error, message);
+    tellListener(Level::error, message);
     writer().error(message);
 }
 
 void Log::warning(std::string_view message) {
     // Warnings go to the system log at the error type too.
     pipeline().write(LogPipeline::Type::error, message);
+    tellListener(Level::warning, message);
     writer().warning(message);
+}
+
+void Log::setListener(Listener listener) {
+    ListenerSlot& slot = listenerSlot();
+    std::lock_guard lock(slot.mutex);
+    slot.listener = listener ? std::make_shared<const Listener>(std::move(listener)) : nullptr;
 }
 
 void Log::prune() {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <filesystem>
 #include <memory>
 #include <string_view>
 
 #include "support/log_clock.h"
+#include "support/log_file.h"
 #include "support/log_pipeline.h"
 
 namespace ostrelle {
@@ -36,6 +38,12 @@ class Log {
 
     // Other parts may write their own entries here; it emits nothing (see `LogPipeline`).
     static const LogPipeline& pipeline();
+
+    // Sees every entry as it is logged, on the caller's thread, before the file does: for tools
+    // that show the log live (a replay prints it) and for tests. One listener; empty removes it.
+    using Level = LogLevel;
+    using Listener = std::function<void(Level, std::string_view)>;
+    static void setListener(Listener listener);
 };
 
 }  // namespace ostrelle

@@ -63,3 +63,23 @@ TEST_F(SharedLogTest, PipelineAcceptsEntriesAndWritesNothing) {
 
 }  // namespace
 }  // namespace ostrelle
+
+namespace ostrelle {
+namespace {
+
+TEST(LogListener, SeesEveryEntryWithItsLevelUntilRemoved) {
+    std::vector<std::pair<Log::Level, std::string>> seen;
+    Log::setListener([&](Log::Level level, std::string_view message) { seen.emplace_back(level, message); });
+    Log::error("action failed: unknown action a/b");
+    Log::warning("restarting touch input");
+    Log::error("action failed: unknown action a/b");  // repeated in the file, still seen live
+    Log::setListener(nullptr);
+    Log::error("not seen");
+    Log::flush();
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_EQ(seen[0], std::make_pair(Log::Level::error, std::string("action failed: unknown action a/b")));
+    EXPECT_EQ(seen[1].first, Log::Level::warning);
+}
+
+}  // namespace
+}  // namespace ostrelle
