@@ -5,10 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+
+#include "testing/temporary_folder.h"
 
 extern char** environ;
 
@@ -24,19 +25,9 @@ std::string readFile(const std::filesystem::path& path) {
 
 }  // namespace
 
-TempDir::TempDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "ostrelle-cli-test-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("cannot create a temporary folder");
-    path_ = pattern;
-}
-
-TempDir::~TempDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-std::filesystem::path TempDir::write(const std::string& name, const std::string& contents) const {
-    const std::filesystem::path file = path_ / name;
+std::filesystem::path writeFile(const std::filesystem::path& folder, const std::string& name,
+                                const std::string& contents) {
+    const std::filesystem::path file = folder / name;
     std::ofstream(file, std::ios::binary) << contents;
     return file;
 }
@@ -49,8 +40,8 @@ std::vector<std::string> CLIResult::outLines() const {
 }
 
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input) {
-    const TempDir io;
-    const std::string inPath = io.write("stdin", input).string();
+    const TemporaryFolder io;
+    const std::string inPath = writeFile(io.path(), "stdin", input).string();
     const std::string outPath = (io.path() / "stdout").string();
     const std::string errPath = (io.path() / "stderr").string();
     constexpr mode_t ownerOnly = 0600;

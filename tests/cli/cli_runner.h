@@ -6,21 +6,9 @@
 
 namespace ostrelle::testing {
 
-// A fresh folder under the system's temporary directory, removed with everything in it.
-class TempDir {
-  public:
-    TempDir();
-    ~TempDir();
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-
-    const std::filesystem::path& path() const { return path_; }
-    // Writes a file in the folder and returns its path.
-    std::filesystem::path write(const std::string& name, const std::string& contents) const;
-
-  private:
-    std::filesystem::path path_;
-};
+// Writes a file into a test's folder and returns its path.
+std::filesystem::path writeFile(const std::filesystem::path& folder, const std::string& name,
+                                const std::string& contents);
 
 struct CLIResult {
     int status = -1;  // exit status, or -1 when the program did not exit normally

@@ -7,13 +7,15 @@
 
 #include "cli/cli_runner.h"
 #include "recognition/recording.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {
 
 using testing::CLIResult;
 using testing::runCLI;
-using testing::TempDir;
+using testing::TemporaryFolder;
+using testing::writeFile;
 using Lines = std::vector<std::string>;
 
 std::string lines(const std::vector<RecordingEvent>& events) {
@@ -56,8 +58,8 @@ std::string threeFingerEll() {
 }
 
 TEST(ReplayCommand, PrintsGesturesAndTracesInFileOrder) {
-    const TempDir dir;
-    const std::string file = dir.write("taps.jsonl", tapsAndClick()).string();
+    const TemporaryFolder dir;
+    const std::string file = writeFile(dir.path(), "taps.jsonl", tapsAndClick()).string();
 
     const CLIResult plain = runCLI({"replay", file});
     EXPECT_EQ(plain.status, 0);
@@ -82,7 +84,7 @@ TEST(ReplayCommand, PrintsGesturesAndTracesInFileOrder) {
 }
 
 TEST(ReplayCommand, StopsAtTheFirstBadLineKeepingWhatWasPrinted) {
-    const TempDir dir;
+    const TemporaryFolder dir;
     const std::string good =
         lines({RecordedFrame{0, {{1, 0.4, 0.5}, {2, 0.5, 0.5}, {3, 0.6, 0.5}}}, RecordedFrame{0.1, {}}});
     const std::string tapAfter =
@@ -100,7 +102,8 @@ TEST(ReplayCommand, StopsAtTheFirstBadLineKeepingWhatWasPrinted) {
         {"no event", R"({"t": 1})", R"(has neither "touches" nor "click")"},
     };
     for (const Row& row : rows) {
-        const std::string file = dir.write("bad.jsonl", good + "\n" + row.line + "\n" + tapAfter).string();
+        const std::string file =
+            writeFile(dir.path(), "bad.jsonl", good + "\n" + row.line + "\n" + tapAfter).string();
         const CLIResult result = runCLI({"replay", file});
         EXPECT_EQ(result.status, 2) << row.name;
         EXPECT_EQ(result.outLines(), (Lines{R"({"t": 0.1, "gesture": "3.tap"})"})) << row.name;
@@ -113,8 +116,8 @@ TEST(ReplayCommand, StopsAtTheFirstBadLineKeepingWhatWasPrinted) {
 }
 
 TEST(ReplayCommand, RecordsNewShapesAndMatchesLoadedOnes) {
-    const TempDir dir;
-    const std::string ell = dir.write("ell.jsonl", threeFingerEll()).string();
+    const TemporaryFolder dir;
+    const std::string ell = writeFile(dir.path(), "ell.jsonl", threeFingerEll()).string();
 
     // Without shapes in play the stroke's first leg is a plain swipe.
     EXPECT_EQ(runCLI({"replay", ell}).outLines(), (Lines{R"({"t": 0.08, "gesture": "3.swipe.down"})"}));
@@ -133,7 +136,7 @@ TEST(ReplayCommand, RecordsNewShapesAndMatchesLoadedOnes) {
     output["custom"]["name"] = "Ell";
     const nlohmann::json shapes =
         nlohmann::json::array({{{"id", output["gesture"]}, {"custom", output["custom"]}}});
-    const std::string shapesFile = dir.write("shapes.json", shapes.dump()).string();
+    const std::string shapesFile = writeFile(dir.path(), "shapes.json", shapes.dump()).string();
     const CLIResult matched = runCLI({"replay", ell, "--custom", shapesFile});
     ASSERT_EQ(matched.status, 0) << matched.err;
     ASSERT_EQ(matched.outLines().size(), 1u);
@@ -143,8 +146,8 @@ TEST(ReplayCommand, RecordsNewShapesAndMatchesLoadedOnes) {
 }
 
 TEST(ReplayCommand, RefusesMissingFilesAndBadShapeFiles) {
-    const TempDir dir;
-    const std::string recording = dir.write("tap.jsonl", tapsAndClick()).string();
+    const TemporaryFolder dir;
+    const std::string recording = writeFile(dir.path(), "tap.jsonl", tapsAndClick()).string();
     const std::string missing = (dir.path() / "missing.jsonl").string();
 
     const CLIResult noFile = runCLI({"replay", missing});
@@ -177,7 +180,7 @@ TEST(ReplayCommand, RefusesMissingFilesAndBadShapeFiles) {
          "[1].custom.path[0]: expected a point [x, y]"},
     };
     for (const Row& row : rows) {
-        const std::string shapes = dir.write("shapes.json", row.contents).string();
+        const std::string shapes = writeFile(dir.path(), "shapes.json", row.contents).string();
         const CLIResult result = runCLI({"replay", recording, "--custom", shapes});
         EXPECT_EQ(result.status, 2) << row.name;
         EXPECT_EQ(result.out, "") << row.name;
