@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "actions/key_shortcut_json.h"
+#include "support/json_read.h"
 
 namespace ostrelle {
 namespace {
@@ -16,7 +17,7 @@ std::optional<KeyShortcut> tolerantShortcut(const nlohmann::json& object) {
     if (!json_read::isPresent(object, shortcutKey)) return std::nullopt;
     try {
         return keyShortcutFromJSON(object.at(shortcutKey));
-    } catch (const JsonDecodeError&) {
+    } catch (const JSONError&) {
         return std::nullopt;
     }
 }
@@ -37,11 +38,12 @@ nlohmann::json toJSON(const ActionRef& ref) {
     return value;
 }
 
-ActionRef actionRefFromJSON(const nlohmann::json& value) {
-    json_read::requireObject(value, "an action reference");
+ActionRef actionRefFromJSON(const nlohmann::json& value, const std::string& path) {
+    using namespace json_read;
+    requireObject(value, path);
     ActionRef ref;
-    ref.appID = json_read::string(value, appIDKey);
-    ref.optionID = json_read::string(value, optionIDKey);
+    ref.appID = string(required(value, appIDKey, path), member(path, appIDKey));
+    ref.optionID = string(required(value, optionIDKey, path), member(path, optionIDKey));
     ref.shortcut = tolerantShortcut(value);
     ref.app = tolerantApp(value);
     return ref;

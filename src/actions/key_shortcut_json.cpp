@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "support/json_read.h"
+
 namespace ostrelle {
 namespace {
 
@@ -21,31 +23,22 @@ nlohmann::json toJSON(const KeyShortcut& shortcut) {
     return {{keyKey, shortcut.key}, {modifiersKey, std::move(names)}};
 }
 
-KeyShortcut keyShortcutFromJSON(const nlohmann::json& value) {
-    json_read::requireObject(value, "a key shortcut");
+KeyShortcut keyShortcutFromJSON(const nlohmann::json& value, const std::string& path) {
+    using namespace json_read;
+    requireObject(value, path);
     KeyShortcut shortcut;
-    shortcut.key = json_read::integer(value, keyKey);
-    if (shortcut.key < 0 || shortcut.key > maxStoredKeyCode) {
-        throw JsonDecodeError(JsonDecodeError::Kind::dataCorrupted, keyKey, "key code out of range");
-    }
-    const nlohmann::json& names = json_read::member(value, modifiersKey);
-    if (!names.is_array()) {
-        throw JsonDecodeError(JsonDecodeError::Kind::typeMismatch, modifiersKey,
-                              "expected an array of strings");
-    }
+    const std::string keyPath = member(path, keyKey);
+    shortcut.key = wholeNumber(required(value, keyKey, path), keyPath);
+    if (shortcut.key < 0 || shortcut.key > maxStoredKeyCode) throw JSONError(keyPath, "key code out of range");
+    const std::string modifiersPath = member(path, modifiersKey);
+    const nlohmann::json& names = required(value, modifiersKey, path);
+    if (!names.is_array()) throw JSONError(modifiersPath, "expected an array of strings");
     const auto& table = KeyShortcut::modifiers();
-    for (const nlohmann::json& name : names) {
-        if (!name.is_string()) {
-            throw JsonDecodeError(JsonDecodeError::Kind::typeMismatch, modifiersKey,
-                                  "expected an array of strings");
-        }
-        const auto& text = name.get_ref<const std::string&>();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::string& text = string(names[i], element(modifiersPath, i));
         const auto found = std::find_if(table.begin(), table.end(),
                                         [&](const KeyModifier& modifier) { return modifier.name == text; });
-        if (found == table.end()) {
-            throw JsonDecodeError(JsonDecodeError::Kind::dataCorrupted, modifiersKey,
-                                  "unknown modifier " + text);
-        }
+        if (found == table.end()) throw JSONError(modifiersPath, "unknown modifier " + text);
         shortcut.flags |= found->flag;
     }
     return shortcut;

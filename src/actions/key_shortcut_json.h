@@ -2,7 +2,9 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "actions/json_decode_error.h"
+#include <string>
+
+#include "support/json_error.h"
 #include "actions/key_shortcut.h"
 
 namespace ostrelle {
@@ -10,8 +12,9 @@ namespace ostrelle {
 // The stored form of a shortcut: {"key": 17, "modifiers": ["control", "command"]}. Only the four
 // modifier keys are kept, written in their display order.
 nlohmann::json toJSON(const KeyShortcut& shortcut);
-// Throws JsonDecodeError, for example for a key code outside 0…127 or an unknown modifier name.
-KeyShortcut keyShortcutFromJSON(const nlohmann::json& value);
+// Throws JSONError naming the path below `path`, for example for a key code outside 0…127
+// ("shortcut.key: key code out of range") or an unknown modifier name.
+KeyShortcut keyShortcutFromJSON(const nlohmann::json& value, const std::string& path = "shortcut");
 
 // The names nlohmann::json looks for, so that json.get<KeyShortcut>() works.
 void to_json(nlohmann::json& value, const KeyShortcut& shortcut);

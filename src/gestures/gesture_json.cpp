@@ -76,6 +76,8 @@ CustomShape decodeShape(const nlohmann::json& value, const std::string& path) {
     CustomShape shape;
     shape.name = string(required(value, "name", path), member(path, "name"));
     shape.fingers = integer(required(value, "fingers", path), member(path, "fingers"));
+    // Names and hints are built from the finger count: a count no hand has is not a shape.
+    if (shape.fingers < 1 || shape.fingers > 5) throw JSONError(member(path, "fingers"), "must be 1 to 5");
     shape.path = decodePoints(required(value, "path", path), member(path, "path"));
     shape.strokes = decodeStrokes(required(value, "strokes", path), member(path, "strokes"));
     return shape;

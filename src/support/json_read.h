@@ -57,6 +57,27 @@ inline int integer(const nlohmann::json& value, const std::string& path) {
     return static_cast<int>(wide);
 }
 
+// A whole number written either way, "17" or "17.0" (not "17.5"), as files written by other
+// encoders may store integers as doubles.
+inline std::int64_t wholeNumber(const nlohmann::json& value, const std::string& path) {
+    if (value.is_number_float()) {
+        const double number = value.get<double>();
+        // 2^63 is the first double past the 64-bit range; the lower bound -2^63 itself still fits.
+        constexpr double limit = 9223372036854775808.0;
+        if (std::trunc(number) == number && number >= -limit && number < limit) {
+            return static_cast<std::int64_t>(number);
+        }
+        throw JSONError(path, "expected an integer");
+    }
+    return int64(value, path);
+}
+
+// Whether an optional member is there and not null: a null reads as absent.
+inline bool isPresent(const nlohmann::json& object, std::string_view key) {
+    const auto it = object.find(key);
+    return it != object.end() && !it->is_null();
+}
+
 // Any JSON number. A literal too large for a double (1e999) parses as infinity and is refused here.
 inline double finiteNumber(const nlohmann::json& value, const std::string& path) {
     if (!value.is_number()) throw JSONError(path, "expected a number");
