@@ -10,8 +10,8 @@ namespace {
 // A new take starts at least this long after the previous one ended, so the recognizer does not
 // take it for the same session coming back after a dropout (that window is 15 ms).
 constexpr double minimumGap = 0.03;         // s
-constexpr double landingStagger = 0.02;     // s: fingers of one hand land within this
-constexpr double liftStagger = 0.025;       // s: and lift within this
+constexpr double landingStagger = 0.03;     // s: fingers of one hand land within this
+constexpr double liftStagger = 0.03;        // s: and lift within this
 constexpr double placementSpread = 0.01;    // units: a hand never lands twice in the same spot
 constexpr double fingertipRoll = 0.004;     // units: a still fingertip still rolls this much
 constexpr double tapHoldMin = 0.09;         // s
@@ -84,13 +84,29 @@ FingerPlan landFinger(Performer& performer, Point at, double down) {
     return {performer.newFingerID(), down, down, {{down, at}}};
 }
 
+// Moments at which the fingers of one hand land, or lift: one leads and the others follow within
+// `spread`, at least a frame later, so the trackpad sees them arrive one after another.
+std::vector<double> staggered(Noise& noise, std::size_t count, double from, double spread) {
+    std::vector<double> times(count);
+    const std::size_t leader = static_cast<std::size_t>(noise.next() % count);
+    for (std::size_t i = 0; i < count; ++i) {
+        times[i] = i == leader ? from : from + noise.between(Performer::frameInterval, spread);
+    }
+    return times;
+}
+
+void liftAt(std::vector<FingerPlan>& hand, const std::vector<double>& times) {
+    for (std::size_t i = 0; i < hand.size(); ++i) hand[i].up = times[i];
+}
+
 // A hand lands around a centre: each finger at its place in the hand, at a slightly different moment.
 std::vector<FingerPlan> landHand(Performer& performer, int fingers, Point centre, double base) {
+    const std::vector<Point>& offsets = handOffsets(fingers);
+    const std::vector<double> downs = staggered(performer.noise(), offsets.size(), base, landingStagger);
     std::vector<FingerPlan> hand;
-    for (Point offset : handOffsets(fingers)) {
-        const double down = base + performer.noise().between(0, landingStagger);
-        hand.push_back(
-            landFinger(performer, jittered(performer.noise(), centre + offset, placementSpread), down));
+    for (std::size_t i = 0; i < offsets.size(); ++i) {
+        const Point at = jittered(performer.noise(), centre + offsets[i], placementSpread);
+        hand.push_back(landFinger(performer, at, downs[i]));
     }
     return hand;
 }
@@ -119,8 +135,9 @@ Take moveHand(Performer& performer, std::vector<FingerPlan> hand, Point travel, 
                             noise.between(-swipeSideways, swipeSideways) * length * sideways;
         finger.path.push_back({moveStart, start});
         finger.path.push_back({moveEnd, start + delta});
-        finger.up = moveEnd + noise.between(-0.01, liftStagger);
     }
+    // Fingers leave the pad as the motion runs out, some just before it stops.
+    liftAt(hand, staggered(noise, hand.size(), moveEnd - liftStagger / 2, liftStagger));
     return {std::move(hand), {}};
 }
 
@@ -131,7 +148,8 @@ Take tap(Performer& performer, int fingers, Point centre) {
     const double base = startOf(performer);
     std::vector<FingerPlan> hand = landHand(performer, fingers, centre, base);
     const double lift = base + noise.between(tapHoldMin, tapHoldMax);
-    for (FingerPlan& finger : hand) holdUntil(noise, finger, lift + noise.between(0, liftStagger));
+    const std::vector<double> lifts = staggered(noise, hand.size(), lift, liftStagger);
+    for (std::size_t i = 0; i < hand.size(); ++i) holdUntil(noise, hand[i], lifts[i]);
     return {std::move(hand), {}};
 }
 
@@ -145,8 +163,8 @@ Take click(Performer& performer, int fingers, Point centre) {
         const Point at = finger.path.back().at;
         finger.path.push_back({press - Performer::frameInterval, at});
         finger.path.push_back({press + Performer::frameInterval, jittered(noise, at, pressFlatten)});
-        finger.up = release + noise.between(0, liftStagger);
     }
+    liftAt(hand, staggered(noise, hand.size(), release, liftStagger));
     return {std::move(hand), {press}};
 }
 
@@ -189,9 +207,10 @@ Take restTap(Performer& performer, int fingers, Point restCentre, Side side) {
     }
 
     std::vector<FingerPlan> fingersDown;
-    for (Point rest : rests) {
-        fingersDown.push_back(landFinger(performer, jittered(noise, rest, placementSpread / 2),
-                                         base + noise.between(0, landingStagger)));
+    const std::vector<double> downs = staggered(noise, rests.size(), base, landingStagger);
+    for (std::size_t i = 0; i < rests.size(); ++i) {
+        fingersDown.push_back(
+            landFinger(performer, jittered(noise, rests[i], placementSpread / 2), downs[i]));
     }
     const double tapDown = base + noise.between(restLeadMin, restLeadMax);
     const double tapUp = tapDown + noise.between(tapHoldMin, tapHoldMax);
@@ -242,7 +261,7 @@ Take drawing(Performer& performer, int fingers, const std::vector<Point>& figure
             finger.path.push_back({time, jittered(noise, finger.path.back().at + leg, fingertipRoll)});
         }
     }
-    for (FingerPlan& finger : hand) finger.up = time + noise.between(0.01, 0.01 + liftStagger);
+    liftAt(hand, staggered(noise, hand.size(), time + 0.01, liftStagger));
     return {std::move(hand), {}};
 }
 

@@ -1,0 +1,129 @@
+// The bundled example recordings: each replays to exactly the gestures its header promises,
+// together they show every enabled gesture, and the generator reproduces them byte for byte.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+
+#include "examples/example_files.h"
+#include "gestures/gesture_catalog.h"
+
+namespace ostrelle::testing {
+namespace {
+
+// The gesture ids a replay printed, in order. A gesture id starts with a finger count, a dot
+// and a word ("3.tap", "2.restSwipe.down.left"); times ("1.048") never have a letter there.
+std::vector<std::string> printedIDs(const std::string& output) {
+    static const std::regex id(R"(\b[1-5]\.[A-Za-z][A-Za-z0-9.\-]*)");
+    std::vector<std::string> ids;
+    std::istringstream lines(output);
+    std::string line;
+    while (std::getline(lines, line)) {
+        std::smatch match;
+        if (std::regex_search(line, match, id)) ids.push_back(match.str());
+    }
+    return ids;
+}
+
+std::vector<std::string> shapeIDs(const std::filesystem::path& shapesFile) {
+    std::vector<std::string> ids;
+    for (const auto& gesture : nlohmann::json::parse(readText(shapesFile))) ids.push_back(gesture.at("id"));
+    return ids;
+}
+
+std::string replayCommand(const std::filesystem::path& recording) {
+    std::string command = std::string(OSTRELLE_CLI_PATH) + " replay " + quoted(recording);
+    if (std::filesystem::exists(shapesFileOf(recording)))
+        command += " --custom " + quoted(shapesFileOf(recording));
+    return command;
+}
+
+class Example : public ::testing::TestWithParam<std::filesystem::path> {};
+
+TEST_P(Example, ReplaysToTheExpectedGesturesInOrder) {
+    const ExampleHeader header = readHeader(GetParam());
+    const CommandResult replay = runCommand(replayCommand(GetParam()));
+    ASSERT_EQ(replay.status, 0) << replay.output;
+    EXPECT_EQ(printedIDs(replay.output), header.expected) << replay.output;
+}
+
+TEST_P(Example, StartsWithADescriptionAndPromisesOnlyKnownGestures) {
+    const ExampleHeader header = readHeader(GetParam());
+    EXPECT_FALSE(header.description.empty());
+    ASSERT_FALSE(header.expected.empty());
+    std::vector<std::string> customs;
+    if (std::filesystem::exists(shapesFileOf(GetParam()))) customs = shapeIDs(shapesFileOf(GetParam()));
+    for (const std::string& id : header.expected) {
+        const bool isCustom = std::find(customs.begin(), customs.end(), id) != customs.end();
+        EXPECT_TRUE(GestureCatalog::enabled().contains(id) || isCustom) << id;
+    }
+}
+
+TEST_P(Example, LinesAreEventsWithShortNumbersInTimeOrder) {
+    static const std::regex longFraction(R"(\.\d{5})");
+    std::ifstream in(GetParam());
+    std::string line;
+    double previous = 0;
+    std::size_t number = 0;
+    while (std::getline(in, line)) {
+        ++number;
+        if (line.empty() || line.starts_with("#")) continue;
+        SCOPED_TRACE(::testing::Message() << "line " << number);
+        const auto event = nlohmann::json::parse(line);
+        ASSERT_TRUE(event.contains("t"));
+        EXPECT_TRUE(event.contains("touches") != event.contains("click"));
+        EXPECT_GE(event.at("t").get<double>(), previous);
+        previous = event.at("t").get<double>();
+        EXPECT_FALSE(std::regex_search(line, longFraction));
+        for (const auto& touch : event.value("touches", nlohmann::json::array())) {
+            for (std::size_t axis = 1; axis <= 2; ++axis) {
+                EXPECT_GE(touch.at(axis).get<double>(), 0.0);
+                EXPECT_LE(touch.at(axis).get<double>(), 1.0);
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Bundled, Example, ::testing::ValuesIn(exampleRecordings()), [](const ::testing::TestParamInfo<std::filesystem::path>& row) {
+    std::string name = row.param.stem().string();
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+TEST(Examples, TogetherShowEveryEnabledGesture) {
+    std::set<std::string> shown;
+    for (const auto& recording : exampleRecordings()) {
+        for (const std::string& id : readHeader(recording).expected) shown.insert(id);
+    }
+    for (const std::string& id : GestureCatalog::enabled()) EXPECT_TRUE(shown.contains(id)) << id;
+    EXPECT_TRUE(std::any_of(shown.begin(), shown.end(), [](const std::string& id) {
+        return id.find(".custom.") != std::string::npos;
+    })) << "a custom shape";
+}
+
+TEST(Examples, RegeneratingReproducesTheFilesByteForByte) {
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("ostrelle-examples-" + std::to_string(getpid()));
+    std::filesystem::remove_all(folder);
+    const CommandResult made = runCommand(std::string(OSTRELLE_MAKE_EXAMPLES_PATH) + " " + quoted(folder));
+    ASSERT_EQ(made.status, 0);
+
+    std::set<std::string> generated;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        generated.insert(name);
+        EXPECT_EQ(readText(entry.path()), readText(examplesFolder() / name))
+            << name << " differs from the generator's";
+    }
+    std::set<std::string> bundled;
+    for (const auto& entry : std::filesystem::directory_iterator(examplesFolder())) {
+        if (entry.is_regular_file()) bundled.insert(entry.path().filename().string());
+    }
+    EXPECT_EQ(generated, bundled) << "every bundled recording comes from the generator";
+    std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace ostrelle::testing
