@@ -86,11 +86,12 @@ TEST_P(Example, LinesAreEventsWithShortNumbersInTimeOrder) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Bundled, Example, ::testing::ValuesIn(exampleRecordings()), [](const ::testing::TestParamInfo<std::filesystem::path>& row) {
-    std::string name = row.param.stem().string();
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Bundled, Example, ::testing::ValuesIn(exampleRecordings()),
+                         [](const ::testing::TestParamInfo<std::filesystem::path>& row) {
+                             std::string name = row.param.stem().string();
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
 TEST(Examples, TogetherShowEveryEnabledGesture) {
     std::set<std::string> shown;

@@ -128,13 +128,12 @@ TEST_P(RestTaps, TapperLandsAfterTheRestsOnItsSide) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Takes, RestTaps,
-                         ::testing::Values(RestTapCase{"twoLeft", 2, Side::left},
-                                           RestTapCase{"twoRight", 2, Side::right},
-                                           RestTapCase{"threeLeft", 3, Side::left},
-                                           RestTapCase{"threeRight", 3, Side::right},
-                                           RestTapCase{"threeBetween", 3, Side::between}),
-                         [](const ::testing::TestParamInfo<RestTapCase>& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Takes, RestTaps,
+    ::testing::Values(RestTapCase{"twoLeft", 2, Side::left}, RestTapCase{"twoRight", 2, Side::right},
+                      RestTapCase{"threeLeft", 3, Side::left}, RestTapCase{"threeRight", 3, Side::right},
+                      RestTapCase{"threeBetween", 3, Side::between}),
+    [](const ::testing::TestParamInfo<RestTapCase>& row) { return std::string(row.param.name); });
 
 TEST(Takes, RestSwipeSlidesVerticallyBesideAStillFinger) {
     for (SwipeDirection direction : {SwipeDirection::up, SwipeDirection::down}) {
