@@ -1,0 +1,178 @@
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+#include "cli/commands.h"
+#include "cli/custom_gestures_file.h"
+#include "cli/output.h"
+#include "gestures/gesture_json.h"
+#include "recognition/gesture_recognizer.h"
+#include "recognition/recording.h"
+
+namespace ostrelle::cli {
+namespace {
+
+constexpr std::string_view standardInput = "-";
+constexpr std::string_view standardInputName = "<stdin>";
+
+struct ReplayOptions {
+    std::optional<std::string> file;
+    std::optional<std::string> customFile;
+    bool trace = false;
+    bool recordingShapes = false;
+};
+
+// The options, or a usage problem. Help is reported as a problem-free empty result.
+struct ParsedOptions {
+    ReplayOptions options;
+    std::optional<std::string> problem;
+    bool help = false;
+};
+
+ParsedOptions parseOptions(Arguments arguments) {
+    ParsedOptions parsed;
+    ReplayOptions& options = parsed.options;
+    for (std::size_t i = 0; i < arguments.size() && !parsed.problem; ++i) {
+        const std::string& argument = arguments[i];
+        if (isHelpOption(argument)) {
+            parsed.help = true;
+            return parsed;
+        } else if (argument == "--trace") {
+            options.trace = true;
+        } else if (argument == "--recording-shapes") {
+            options.recordingShapes = true;
+        } else if (argument == "--custom") {
+            if (i + 1 == arguments.size()) {
+                parsed.problem = "--custom needs a file";
+            } else if (options.customFile) {
+                parsed.problem = "--custom given twice";
+            } else {
+                options.customFile = arguments[++i];
+            }
+        } else if (argument.starts_with("-") && argument != standardInput) {
+            parsed.problem = fmt::format("unknown option {}", argument);
+        } else if (options.file) {
+            parsed.problem = fmt::format("unexpected argument \"{}\"", argument);
+        } else {
+            options.file = argument;
+        }
+    }
+    if (!parsed.problem && !parsed.help && !options.file) parsed.problem = "no recording given";
+    return parsed;
+}
+
+// The recognizer's trace hook is process-wide; it points at this replay only while it runs.
+class TraceToOutput {
+  public:
+    explicit TraceToOutput(const double& now) {
+        GestureRecognizer::trace = [&now](const std::string& text) {
+            nlohmann::ordered_json line = nlohmann::ordered_json::object();
+            line["t"] = now;
+            line["trace"] = text;
+            printLine(line);
+        };
+    }
+    ~TraceToOutput() { GestureRecognizer::trace = nullptr; }
+    TraceToOutput(const TraceToOutput&) = delete;
+    TraceToOutput& operator=(const TraceToOutput&) = delete;
+};
+
+void printGesture(double time, const Gesture& gesture) {
+    nlohmann::ordered_json line = nlohmann::ordered_json::object();
+    line["t"] = time;
+    line["gesture"] = gesture.id;
+    if (gesture.custom) line["custom"] = encodeShape<nlohmann::ordered_json>(*gesture.custom);
+    printLine(line);
+}
+
+std::optional<Gesture> feed(GestureRecognizer& recognizer, const RecordingEvent& event) {
+    if (const auto* frame = std::get_if<RecordedFrame>(&event)) {
+        return recognizer.process(frame->contacts, frame->time);
+    }
+    // Whether the pointer was over our own window is the engine's business, not the recognizer's.
+    return recognizer.physicalClick();
+}
+
+int replay(std::istream& input, const std::string& name, const ReplayOptions& options,
+           std::vector<Gesture> customs) {
+    GestureRecognizer recognizer;
+    recognizer.customs = std::move(customs);
+    recognizer.recordingShapes = options.recordingShapes;
+
+    double now = 0;
+    std::optional<TraceToOutput> trace;
+    if (options.trace) trace.emplace(now);
+
+    RecordingReader reader(input);
+    try {
+        while (const auto event = reader.next()) {
+            now = timeOf(*event);
+            if (const auto gesture = feed(recognizer, *event)) printGesture(now, *gesture);
+        }
+    } catch (const RecordingError& error) {
+        printError(fmt::format("{}:{}: {}", name, error.line(), error.problem()));
+        return exitBadInput;
+    } catch (const std::runtime_error& error) {
+        printError(fmt::format("{}: {}", name, error.what()));
+        return exitBadInput;
+    }
+    return exitSuccess;
+}
+
+int runReplay(Arguments arguments) {
+    const ParsedOptions parsed = parseOptions(arguments);
+    if (parsed.help) {
+        printCommandUsage(replayCommand());
+        return exitSuccess;
+    }
+    if (parsed.problem) return usageError(replayCommand(), *parsed.problem);
+    const ReplayOptions& options = parsed.options;
+
+    std::vector<Gesture> customs;
+    if (options.customFile) {
+        try {
+            customs = loadCustomGestures(*options.customFile);
+        } catch (const std::runtime_error& error) {
+            printError(error.what());
+            return exitBadInput;
+        }
+    }
+
+    if (*options.file == standardInput)
+        return replay(std::cin, std::string(standardInputName), options, std::move(customs));
+
+    const std::string& file = *options.file;
+    if (std::filesystem::is_directory(file)) {
+        printError(fmt::format("{}: is a directory", file));
+        return exitBadInput;
+    }
+    std::ifstream input(file, std::ios::binary);
+    if (!input) {
+        printError(fmt::format("cannot open {}: {}", file, std::strerror(errno)));
+        return exitBadInput;
+    }
+    return replay(input, file, options, std::move(customs));
+}
+
+}  // namespace
+
+const Command& replayCommand() {
+    static const Command command{
+        "replay",
+        "FILE [--trace] [--custom SHAPES.json] [--recording-shapes]",
+        "Replays a recording (FILE, or - for standard input) through the gesture recognizer and prints "
+        "what fires, one JSON object per line.",
+        runReplay,
+    };
+    return command;
+}
+
+}  // namespace ostrelle::cli

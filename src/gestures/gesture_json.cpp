@@ -1,0 +1,90 @@
+#include "gestures/gesture_json.h"
+
+#include <optional>
+
+#include "gestures/motion.h"
+#include "support/json_read.h"
+
+namespace ostrelle {
+namespace {
+
+using namespace json_read;
+
+Point decodePoint(const nlohmann::json& value, const std::string& path) {
+    constexpr std::size_t coordinates = 2;
+    if (!value.is_array() || value.size() != coordinates) throw JSONError(path, "expected a point [x, y]");
+    return {finiteNumber(value[0], element(path, 0)), finiteNumber(value[1], element(path, 1))};
+}
+
+std::vector<Point> decodePoints(const nlohmann::json& value, const std::string& path) {
+    if (!value.is_array()) throw JSONError(path, "expected an array of points");
+    std::vector<Point> points;
+    points.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i) points.push_back(decodePoint(value[i], element(path, i)));
+    return points;
+}
+
+std::vector<Stroke> decodeStrokes(const nlohmann::json& value, const std::string& path) {
+    if (!value.is_array()) throw JSONError(path, "expected an array of strokes");
+    std::vector<Stroke> strokes;
+    strokes.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i)
+        strokes.push_back(decodePoints(value[i], element(path, i)));
+    return strokes;
+}
+
+// The object form with a string "id"; nothing when the value does not have that form.
+std::optional<Gesture> decodeWithID(const nlohmann::json& value, const std::string& path) {
+    if (!value.is_object()) return std::nullopt;
+    const auto id = value.find("id");
+    if (id == value.end() || !id->is_string()) return std::nullopt;
+    Gesture gesture(id->get<std::string>());
+    if (const auto custom = value.find("custom"); custom != value.end()) {
+        // A damaged shape costs the user the drawing, not the binding: the gesture keeps its id.
+        try {
+            gesture.custom = decodeShape(*custom, member(path, "custom"));
+        } catch (const JSONError&) {
+        }
+    }
+    return gesture;
+}
+
+// Files written before gestures had ids: {"fingers": 3, "motion": "swipe", "direction": "left"}.
+Gesture decodeLegacy(const nlohmann::json& value, const std::string& path) {
+    if (!value.is_object()) throw JSONError(path, "expected a gesture id string or an object");
+    const int fingers = integer(required(value, "fingers", path), member(path, "fingers"));
+
+    const std::string motionPath = member(path, "motion");
+    const std::string& motionText = string(required(value, "motion", path), motionPath);
+    const auto motion = motionFromRaw(motionText);
+    if (!motion) throw JSONError(motionPath, "unknown motion \"" + motionText + "\"");
+
+    std::optional<SwipeDirection> direction;
+    if (value.contains("direction") && !value.at("direction").is_null()) {
+        const std::string directionPath = member(path, "direction");
+        const std::string& directionText = string(value.at("direction"), directionPath);
+        direction = swipeDirectionFromRaw(directionText);
+        if (!direction) throw JSONError(directionPath, "unknown direction \"" + directionText + "\"");
+    }
+    return Gesture(Gesture::genericID(fingers, *motion, direction));
+}
+
+}  // namespace
+
+CustomShape decodeShape(const nlohmann::json& value, const std::string& path) {
+    requireObject(value, path);
+    CustomShape shape;
+    shape.name = string(required(value, "name", path), member(path, "name"));
+    shape.fingers = integer(required(value, "fingers", path), member(path, "fingers"));
+    shape.path = decodePoints(required(value, "path", path), member(path, "path"));
+    shape.strokes = decodeStrokes(required(value, "strokes", path), member(path, "strokes"));
+    return shape;
+}
+
+Gesture decodeGesture(const nlohmann::json& value, const std::string& path) {
+    if (value.is_string()) return Gesture(value.get<std::string>());
+    if (auto gesture = decodeWithID(value, path)) return std::move(*gesture);
+    return decodeLegacy(value, path);
+}
+
+}  // namespace ostrelle
