@@ -10,13 +10,13 @@
 
 namespace ostrelle::examples {
 
-CustomShape shapeFromFrames(int fingers, const std::vector<FrameLine>& frames) {
+CustomShape shapeFromFrames(int fingers, const std::vector<RecordedFrame>& frames) {
     std::vector<Point> handPath;
     std::map<std::int64_t, Stroke> trails;
-    for (const FrameLine& frame : frames) {
-        if (static_cast<int>(frame.touches.size()) != fingers) continue;
+    for (const RecordedFrame& frame : frames) {
+        if (static_cast<int>(frame.contacts.size()) != fingers) continue;
         Point centre;
-        for (const Contact& c : frame.touches) {
+        for (const Contact& c : frame.contacts) {
             centre.x += c.x / static_cast<double>(fingers);
             centre.y += c.y / static_cast<double>(fingers);
             trails[c.id].push_back({c.x, c.y});

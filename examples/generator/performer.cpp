@@ -55,7 +55,7 @@ Point plannedPosition(const FingerPlan& finger, double time) {
 
 Performer::Performer(std::uint64_t seed) : noise_(seed) {}
 
-std::vector<FrameLine> Performer::sample(const Take& take) {
+std::vector<RecordedFrame> Performer::sample(const Take& take) {
     if (take.fingers.empty()) throw std::logic_error("a take needs fingers");
     double firstDown = take.fingers.front().down;
     double lastUp = take.fingers.front().up;
@@ -71,19 +71,19 @@ std::vector<FrameLine> Performer::sample(const Take& take) {
     // Frames fall on one fixed grid for the whole recording, so landings snap to the next frame.
     auto index = static_cast<std::int64_t>(std::ceil((firstDown - startTime) / frameInterval - 1e-9));
     index = std::max(index, frameIndex_ + 1);
-    std::vector<FrameLine> frames;
+    std::vector<RecordedFrame> frames;
     for (;; ++index) {
         const double time = startTime + static_cast<double>(index) * frameInterval;
-        FrameLine frame{time, {}};
+        RecordedFrame frame{time, {}};
         for (std::size_t i = 0; i < take.fingers.size(); ++i) {
             const FingerPlan& finger = take.fingers[i];
             if (time < finger.down || time >= finger.up) continue;
             const Point planned = plannedPosition(finger, time);
             const Point offset = jitters[i].next();
-            frame.touches.push_back({finger.id, onPad(planned.x + offset.x), onPad(planned.y + offset.y)});
+            frame.contacts.push_back({finger.id, onPad(planned.x + offset.x), onPad(planned.y + offset.y)});
         }
-        const bool done = frame.touches.empty() && time >= lastUp;
-        if (frame.touches.empty() && !done) {
+        const bool done = frame.contacts.empty() && time >= lastUp;
+        if (frame.contacts.empty() && !done) {
             if (frames.empty()) continue;  // the first landing is still ahead
             throw std::logic_error("every finger lifted in the middle of a take");
         }
@@ -101,14 +101,14 @@ void Performer::perform(const std::string& label, const Take& take,
     std::vector<double> clicks = take.clicks;
     std::sort(clicks.begin(), clicks.end());
     auto click = clicks.begin();
-    for (FrameLine& frame : sample(take)) {
+    for (RecordedFrame& frame : sample(take)) {
         // A press reaches the program between the frames around it.
         for (; click != clicks.end() && *click < frame.time; ++click)
-            lines_.emplace_back(std::in_place_type<ClickLine>, ClickLine{*click});
-        lines_.emplace_back(std::in_place_type<FrameLine>, std::move(frame));
+            lines_.emplace_back(std::in_place_type<RecordedClick>, RecordedClick{*click, false});
+        lines_.emplace_back(std::in_place_type<RecordedFrame>, std::move(frame));
     }
     for (; click != clicks.end(); ++click)
-        lines_.emplace_back(std::in_place_type<ClickLine>, ClickLine{*click});
+        lines_.emplace_back(std::in_place_type<RecordedClick>, RecordedClick{*click, false});
     expected_.insert(expected_.end(), expected.begin(), expected.end());
 }
 

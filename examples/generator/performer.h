@@ -7,6 +7,7 @@
 
 #include "noise.h"
 #include "recognition/contact.h"
+#include "recognition/recording.h"
 #include "support/point.h"
 
 namespace ostrelle::examples {
@@ -35,14 +36,7 @@ struct Take {
 struct CommentLine {
     std::string text;
 };
-struct FrameLine {
-    double time = 0;
-    std::vector<Contact> touches;
-};
-struct ClickLine {
-    double time = 0;
-};
-using RecordingLine = std::variant<CommentLine, FrameLine, ClickLine>;
+using RecordingLine = std::variant<CommentLine, RecordedFrame, RecordedClick>;
 
 // Plays takes on a simulated trackpad: samples the planned fingers every frame, adds sensor
 // jitter, and collects the recording lines together with the gestures each take should yield.
@@ -67,7 +61,7 @@ class Performer {
     const std::vector<std::string>& expected() const { return expected_; }
 
     // The frames of a take without recording them, for building a shape from a drawing.
-    std::vector<FrameLine> sample(const Take& take);
+    std::vector<RecordedFrame> sample(const Take& take);
 
   private:
     Noise noise_;

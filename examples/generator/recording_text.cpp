@@ -1,17 +1,14 @@
 #include "recording_text.h"
 
-#include <fmt/format.h>
-
+#include <cmath>
 #include <type_traits>
 
 namespace ostrelle::examples {
 
-std::string shortNumber(double value) {
-    std::string text = fmt::format("{:.4f}", value);
-    while (text.back() == '0') text.pop_back();
-    if (text.back() == '.') text.pop_back();
-    if (text == "-0") text = "0";
-    return text;
+double fourDecimals(double value) {
+    constexpr double scale = 10000.0;
+    const double rounded = std::round(value * scale) / scale;
+    return rounded == 0 ? 0.0 : rounded;  // never "-0.0"
 }
 
 std::string lineText(const RecordingLine& line) {
@@ -20,15 +17,14 @@ std::string lineText(const RecordingLine& line) {
             using Item = std::decay_t<decltype(item)>;
             if constexpr (std::is_same_v<Item, CommentLine>) {
                 return "# " + item.text;
-            } else if constexpr (std::is_same_v<Item, ClickLine>) {
-                return fmt::format(R"({{"t": {}, "click": false}})", shortNumber(item.time));
+            } else if constexpr (std::is_same_v<Item, RecordedClick>) {
+                return recordingLine(RecordedClick{fourDecimals(item.time), item.overOwnWindow});
             } else {
-                std::string touches;
-                for (const Contact& c : item.touches) {
-                    if (!touches.empty()) touches += ", ";
-                    touches += fmt::format("[{}, {}, {}]", c.id, shortNumber(c.x), shortNumber(c.y));
+                RecordedFrame frame{fourDecimals(item.time), {}};
+                for (const Contact& c : item.contacts) {
+                    frame.contacts.push_back({c.id, fourDecimals(c.x), fourDecimals(c.y)});
                 }
-                return fmt::format(R"({{"t": {}, "touches": [{}]}})", shortNumber(item.time), touches);
+                return recordingLine(frame);
             }
         },
         line);

@@ -7,8 +7,9 @@
 
 namespace ostrelle::examples {
 
-// A number with at most four decimals and no trailing zeros, so the files read well.
-std::string shortNumber(double value);
+// Times and coordinates keep four decimals in the files, so they read well; a tenth of a
+// millisecond and a ten-thousandth of the pad are finer than any trackpad reports.
+double fourDecimals(double value);
 
 // One line of a recording, without the line end.
 std::string lineText(const RecordingLine& line);

@@ -21,19 +21,19 @@ struct FingerLife {
     double maxMove = 0;  // largest distance from the landing point
 };
 
-inline std::map<std::int64_t, FingerLife> fingerLives(const std::vector<examples::FrameLine>& frames) {
+inline std::map<std::int64_t, FingerLife> fingerLives(const std::vector<RecordedFrame>& frames) {
     std::map<std::int64_t, FingerLife> lives;
     std::map<std::int64_t, bool> down;
-    for (const examples::FrameLine& frame : frames) {
+    for (const RecordedFrame& frame : frames) {
         for (auto& [id, isDown] : down) {
-            const bool present = std::any_of(frame.touches.begin(), frame.touches.end(),
+            const bool present = std::any_of(frame.contacts.begin(), frame.contacts.end(),
                                              [id = id](const Contact& c) { return c.id == id; });
             if (isDown && !present) {
                 lives[id].up = frame.time;
                 isDown = false;
             }
         }
-        for (const Contact& c : frame.touches) {
+        for (const Contact& c : frame.contacts) {
             const Point at{c.x, c.y};
             if (!down.contains(c.id)) {
                 down[c.id] = true;

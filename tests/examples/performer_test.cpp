@@ -1,6 +1,7 @@
 // The simulated trackpad: frame timing, ids, determinism and the text of the lines.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <variant>
 
 #include "examples/finger_lives.h"
@@ -16,7 +17,7 @@ using examples::Performer;
 std::vector<double> frameTimes(const std::vector<examples::RecordingLine>& lines) {
     std::vector<double> times;
     for (const auto& line : lines) {
-        if (const auto* frame = std::get_if<examples::FrameLine>(&line)) times.push_back(frame->time);
+        if (const auto* frame = std::get_if<RecordedFrame>(&line)) times.push_back(frame->time);
     }
     return times;
 }
@@ -27,9 +28,9 @@ TEST(Performer, FramesComeEveryEightMillisecondsWhileFingersAreDown) {
     const std::vector<double> times = frameTimes(performer.lines());
     ASSERT_GT(times.size(), 5u);
     for (std::size_t i = 1; i < times.size(); ++i) EXPECT_NEAR(times[i] - times[i - 1], 0.008, 1e-9);
-    const auto* last = std::get_if<examples::FrameLine>(&performer.lines().back());
+    const auto* last = std::get_if<RecordedFrame>(&performer.lines().back());
     ASSERT_NE(last, nullptr);
-    EXPECT_TRUE(last->touches.empty()) << "a take ends with the frame in which every finger lifted";
+    EXPECT_TRUE(last->contacts.empty()) << "a take ends with the frame in which every finger lifted";
     EXPECT_EQ(performer.expected(), std::vector<std::string>{"3.tap"});
 }
 
@@ -48,9 +49,9 @@ TEST(Performer, ClickLineSitsBetweenTheFramesAroundIt) {
     performer.perform("click", examples::click(performer, 3, {0.5, 0.5}), {"3.click"});
     const auto& lines = performer.lines();
     for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
-        if (const auto* click = std::get_if<examples::ClickLine>(&lines[i])) {
-            EXPECT_LE(std::get<examples::FrameLine>(lines[i - 1]).time, click->time);
-            EXPECT_GT(std::get<examples::FrameLine>(lines[i + 1]).time, click->time);
+        if (const auto* click = std::get_if<RecordedClick>(&lines[i])) {
+            EXPECT_LE(std::get<RecordedFrame>(lines[i - 1]).time, click->time);
+            EXPECT_GT(std::get<RecordedFrame>(lines[i + 1]).time, click->time);
             return;
         }
     }
@@ -72,8 +73,8 @@ TEST(Performer, JitterIsAFewThousandthsAndKeepsContactsOnThePad) {
     examples::FingerPlan still{1, 1.1, 3.1, {{1.1, {0.001, 0.5}}}};
     const auto frames = performer.sample({{still}, {}});
     double largest = 0;
-    for (const examples::FrameLine& frame : frames) {
-        for (const Contact& c : frame.touches) {
+    for (const RecordedFrame& frame : frames) {
+        for (const Contact& c : frame.contacts) {
             EXPECT_GE(c.x, 0.0);
             largest = std::max(largest, std::abs(c.y - 0.5));
         }
@@ -90,20 +91,18 @@ TEST(Performer, PlannedPositionEasesBetweenWaypoints) {
     EXPECT_EQ(examples::plannedPosition(finger, 2).x, 1);
 }
 
-TEST(RecordingText, NumbersHaveAtMostFourDecimalsAndNoTrailingZeros) {
-    EXPECT_EQ(examples::shortNumber(1.0), "1");
-    EXPECT_EQ(examples::shortNumber(1.008), "1.008");
-    EXPECT_EQ(examples::shortNumber(0.25), "0.25");
-    EXPECT_EQ(examples::shortNumber(0.123456), "0.1235");
-    EXPECT_EQ(examples::shortNumber(-0.00001), "0");
-    EXPECT_EQ(examples::shortNumber(12.34), "12.34");
+TEST(RecordingText, NumbersKeepFourDecimals) {
+    EXPECT_EQ(examples::fourDecimals(1.0 + 7 * 0.008), 1.056);
+    EXPECT_EQ(examples::fourDecimals(0.123456), 0.1235);
+    EXPECT_EQ(examples::fourDecimals(12.34), 12.34);
+    EXPECT_FALSE(std::signbit(examples::fourDecimals(-0.00001)));
 }
 
 TEST(RecordingText, LinesFollowTheRecordingFormat) {
-    EXPECT_EQ(examples::lineText(examples::FrameLine{1.5, {{1, 0.25, 0.5}, {2, 0.3, 0.75}}}),
-              R"({"t": 1.5, "touches": [[1, 0.25, 0.5], [2, 0.3, 0.75]]})");
-    EXPECT_EQ(examples::lineText(examples::FrameLine{2, {}}), R"({"t": 2, "touches": []})");
-    EXPECT_EQ(examples::lineText(examples::ClickLine{1.2345}), R"({"t": 1.2345, "click": false})");
+    EXPECT_EQ(examples::lineText(RecordedFrame{1.0 + 7 * 0.008, {{1, 0.25, 0.123456}, {2, 0.3, 0.75}}}),
+              R"({"t": 1.056, "touches": [[1, 0.25, 0.1235], [2, 0.3, 0.75]]})");
+    EXPECT_EQ(examples::lineText(RecordedFrame{2.5, {}}), R"({"t": 2.5, "touches": []})");
+    EXPECT_EQ(examples::lineText(RecordedClick{1.23456, false}), R"({"t": 1.2346, "click": false})");
     EXPECT_EQ(examples::lineText(examples::CommentLine{"three fingers tap"}), "# three fingers tap");
     EXPECT_EQ(examples::recordingText("Taps.", {"3.tap", "4.tap"}, {examples::CommentLine{"x"}}),
               "# Taps.\n# expect: 3.tap\n# expect: 4.tap\n# x\n");

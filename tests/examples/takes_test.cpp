@@ -20,7 +20,7 @@ using R = GestureRecognizer;
 constexpr int seedCount = 200;
 constexpr double tapMaxLandingSpread = 0.15;  // s: the recognizer's literal landing limit for a tap
 
-std::vector<examples::FrameLine> framesOf(Performer& performer, const examples::Take& take) {
+std::vector<RecordedFrame> framesOf(Performer& performer, const examples::Take& take) {
     return performer.sample(take);
 }
 
@@ -62,9 +62,9 @@ TEST(Takes, SwipeStartsOnlyOnceTheWholeHandIsDownAndTravelsFarEnough) {
             const auto lives = fingerLives(frames);
             SCOPED_TRACE(::testing::Message() << rawValue(direction) << ", seed " << seed);
             // Displacements count from the last landing, so nothing may slide before it.
-            for (const examples::FrameLine& frame : frames) {
+            for (const RecordedFrame& frame : frames) {
                 if (frame.time > latestDown(lives)) break;
-                for (const Contact& c : frame.touches) {
+                for (const Contact& c : frame.contacts) {
                     EXPECT_LT(distance(lives.at(c.id).first, {c.x, c.y}), R::tapMaxMove);
                 }
             }
