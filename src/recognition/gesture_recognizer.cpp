@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "gestures/gesture_catalog.h"
+#include "recognition/length_compare.h"
 #include "recognition/recognizer_trace.h"
 
 namespace ostrelle {
@@ -68,9 +69,9 @@ void GestureRecognizer::Session::reset() {
     pathPeak = 0;
 }
 
-Track* GestureRecognizer::Session::openTrack(std::int64_t id) {
+GestureRecognizer::TrackEntry* GestureRecognizer::Session::openEntry(std::int64_t id) {
     for (TrackEntry& entry : tracks) {
-        if (entry.id == id && entry.track.isOpen()) return &entry.track;
+        if (entry.id == id && entry.track.isOpen()) return &entry;
     }
     return nullptr;
 }
@@ -94,6 +95,7 @@ GestureRecognizer::GestureRecognizer() {
     lifted_.reserve(expectedContacts);
     groupOf_.reserve(expectedContacts);
     groupSize_.reserve(expectedContacts);
+    landing_.reserve(expectedContacts);
     open_.reserve(expectedContacts);
     scratch_.reserve(expectedContacts);
 }
@@ -109,6 +111,7 @@ std::optional<Gesture> GestureRecognizer::process(std::span<const Contact> conta
 
     updateTracks(time);
     resuming_ = false;
+    openTracks(open_);
 
     const int previousPeak = session_.peak;
     session_.peak = std::max(session_.peak, touching_);
@@ -146,17 +149,17 @@ void GestureRecognizer::weedOutStrays(std::span<const Contact> contacts, double 
         if (!session_.isIgnored(c.id)) frame_.push_back(c);
     }
     const std::size_t count = frame_.size();
-    if (count <= 2) return;
+    if (count <= 2 || formsOneGroup()) return;
 
     // Single-linkage clusters in frame order: a contact joins (and merges) every earlier group
     // holding a member closer than groupMaxGap. A group is named by the index of its newest founder,
     // which is also its position in the list of groups.
-    groupOf_.assign(count, 0);
+    groupOf_.resize(count);
     for (std::size_t i = 0; i < count; ++i) {
         groupOf_[i] = i;
         for (std::size_t j = 0; j < i; ++j) {
             if (groupOf_[j] == i) continue;
-            if (distance(Point{frame_[i].x, frame_[i].y}, Point{frame_[j].x, frame_[j].y}) < groupMaxGap) {
+            if (shorterThan(frame_[i].x - frame_[j].x, frame_[i].y - frame_[j].y, groupMaxGap)) {
                 const std::size_t merged = groupOf_[j];
                 for (std::size_t k = 0; k < i; ++k) {
                     if (groupOf_[k] == merged) groupOf_[k] = i;
@@ -164,7 +167,8 @@ void GestureRecognizer::weedOutStrays(std::span<const Contact> contacts, double 
             }
         }
     }
-    groupSize_.assign(count, 0);
+    groupSize_.resize(count);
+    for (std::size_t& size : groupSize_) size = 0;
     for (std::size_t i = 0; i < count; ++i) ++groupSize_[groupOf_[i]];
 
     std::size_t mainGroup = 0;
@@ -185,17 +189,17 @@ void GestureRecognizer::weedOutStrays(std::span<const Contact> contacts, double 
     }
     if (sameSize > 1) return;
 
-    auto landing = [&](const Contact& c) {
-        const Track* track = session_.openTrack(c.id);
-        return track ? track->startTime : time;
-    };
+    landing_.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const TrackEntry* entry = session_.openEntry(frame_[i].id);
+        landing_[i] = entry ? entry->track.startTime : time;
+    }
     bool anyStray = false;
     for (std::size_t i = 0; i < count; ++i) {
         if (groupOf_[i] == mainGroup) continue;
-        const double landed = landing(frame_[i]);
         bool together = false;
         for (std::size_t j = 0; j < count && !together; ++j) {
-            if (groupOf_[j] == mainGroup) together = std::abs(landed - landing(frame_[j])) <= groupWindow;
+            if (groupOf_[j] == mainGroup) together = std::abs(landing_[i] - landing_[j]) <= groupWindow;
         }
         if (!together) {
             session_.ignored.push_back(frame_[i].id);
@@ -205,17 +209,33 @@ void GestureRecognizer::weedOutStrays(std::span<const Contact> contacts, double 
     if (anyStray) std::erase_if(frame_, [&](const Contact& c) { return session_.isIgnored(c.id); });
 }
 
+// The usual hand: every contact is within reach of an earlier one, so single linkage makes one group
+// and there is nothing to weed out. Checking that first keeps the full clustering off the common path.
+bool GestureRecognizer::formsOneGroup() const {
+    for (std::size_t i = 1; i < frame_.size(); ++i) {
+        bool linked = false;
+        for (std::size_t j = 0; j < i && !linked; ++j) {
+            linked = shorterThan(frame_[i].x - frame_[j].x, frame_[i].y - frame_[j].y, groupMaxGap);
+        }
+        if (!linked) return false;
+    }
+    return true;
+}
+
 void GestureRecognizer::updateTracks(double time) {
+    ++frameNumber_;
     newIDs_.clear();
     for (const Contact& c : frame_) {
-        Track* track = session_.openTrack(c.id);
-        if (!track) {
+        TrackEntry* entry = session_.openEntry(c.id);
+        if (!entry) {
             newIDs_.push_back(c.id);
             continue;
         }
+        entry->seenInFrame = frameNumber_;
+        Track* track = &entry->track;
         track->last = c;
-        track->maxMove = std::max(track->maxMove, std::hypot(c.x - track->start.x, c.y - track->start.y));
-        track->drift = std::max(track->drift, std::hypot(c.x - track->anchor.x, c.y - track->anchor.y));
+        length_compare::raise(track->maxMove, c.x - track->start.x, c.y - track->start.y);
+        length_compare::raise(track->drift, c.x - track->anchor.x, c.y - track->anchor.y);
     }
 
     if (!newIDs_.empty()) {
@@ -233,8 +253,9 @@ void GestureRecognizer::updateTracks(double time) {
             if (existing != session_.tracks.end()) {
                 fresh.spent = resuming_ && existing->track.spent;
                 existing->track = fresh;
+                existing->seenInFrame = frameNumber_;
             } else {
-                session_.tracks.push_back({c.id, fresh});
+                session_.tracks.push_back({c.id, fresh, frameNumber_});
             }
         }
     }
@@ -242,10 +263,7 @@ void GestureRecognizer::updateTracks(double time) {
     lifted_.clear();
     for (std::size_t i = 0; i < session_.tracks.size(); ++i) {
         TrackEntry& entry = session_.tracks[i];
-        if (!entry.track.isOpen()) continue;
-        const bool present =
-            std::any_of(frame_.begin(), frame_.end(), [&](const Contact& c) { return c.id == entry.id; });
-        if (!present) {
+        if (entry.track.isOpen() && entry.seenInFrame != frameNumber_) {
             entry.track.endTime = time;
             lifted_.push_back(i);
         }
@@ -271,7 +289,8 @@ void GestureRecognizer::recordHandPath(int previousPeak) {
 
     std::vector<Point>& path = session_.handPath;
     const bool takesPoint =
-        path.empty() || (distance(centroid, path.back()) >= pathStep && path.size() < maxPathPoints);
+        path.empty() || (path.size() < maxPathPoints &&
+                         !shorterThan(centroid.x - path.back().x, centroid.y - path.back().y, pathStep));
     if (!takesPoint) return;
     path.push_back(centroid);
     // Finger trails follow the hand path point for point, so they share its thinning and its cap.
@@ -279,7 +298,6 @@ void GestureRecognizer::recordHandPath(int previousPeak) {
 }
 
 void GestureRecognizer::detectScroll() {
-    openTracks(open_);
     // literal 0.12: two open fingers moving together this far are scrolling
     if (open_.size() == 2 && movedTogether(open_, 0.12, Reference::start)) session_.scrolled = true;
 }
@@ -305,9 +323,7 @@ std::optional<Gesture> GestureRecognizer::fingersStillDown() {
 }
 
 std::optional<Gesture> GestureRecognizer::lifts() {
-    if (lifted_.empty()) return std::nullopt;
-    openTracks(open_);
-    if (open_.empty()) return std::nullopt;
+    if (lifted_.empty() || open_.empty()) return std::nullopt;
     if (lifted_.size() == 1) {
         const Track& tap = session_.tracks[lifted_.front()].track;
         if (auto gesture = restTap(tap, open_)) {
@@ -364,7 +380,7 @@ bool GestureRecognizer::movedTogether(std::span<const Track* const> tracks, doub
         const Contact& reference = from == Reference::start ? track->start : track->anchor;
         const double dx = track->last.x - reference.x;
         const double dy = track->last.y - reference.y;
-        if (!(std::hypot(dx, dy) > by)) return false;
+        if (!longerThan(dx, dy, by)) return false;
         const SwipeDirection direction = directionOf(dx, dy);
         if (shared && *shared != direction) return false;
         shared = direction;

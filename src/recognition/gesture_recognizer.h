@@ -72,6 +72,7 @@ private:
     struct TrackEntry {
         std::int64_t id = 0;
         Track track;
+        std::uint64_t seenInFrame = 0;  // the last frame that carried this finger
     };
 
     // Finger trails, kept in reusable slots so a new session does not allocate.
@@ -106,7 +107,7 @@ private:
         int pathPeak = 0;
 
         void reset();
-        Track* openTrack(std::int64_t id);
+        TrackEntry* openEntry(std::int64_t id);
         bool hasTrackID(std::int64_t id) const;
         bool isIgnored(std::int64_t id) const;
     };
@@ -122,6 +123,7 @@ private:
     // Frame steps, in the order they run.
     bool resumeAfterDropout(std::span<const Contact> contacts, double time);
     void weedOutStrays(std::span<const Contact> contacts, double time);
+    bool formsOneGroup() const;
     void updateTracks(double time);
     void recordHandPath(int previousPeak);
     void detectScroll();
@@ -159,9 +161,11 @@ private:
     std::vector<std::size_t> lifted_;
     std::vector<std::size_t> groupOf_;
     std::vector<std::size_t> groupSize_;
+    std::vector<double> landing_;
     std::vector<const Track*> open_;
     std::vector<const Track*> scratch_;
     bool resuming_ = false;
+    std::uint64_t frameNumber_ = 0;
 };
 
 }  // namespace ostrelle

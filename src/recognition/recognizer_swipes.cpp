@@ -6,6 +6,7 @@
 #include "gestures/gesture_catalog.h"
 #include "recognition/gesture_id_buffer.h"
 #include "recognition/gesture_recognizer.h"
+#include "recognition/length_compare.h"
 
 namespace ostrelle {
 namespace {
@@ -17,13 +18,11 @@ constexpr double swipeFingerMinMove = 0.03;
 }  // namespace
 
 std::optional<Gesture> GestureRecognizer::slideAfterHoldThree() {
-    if (!session_.removedAt || touching_ != 1) return std::nullopt;
-    openTracks(open_);
-    if (open_.size() != 1) return std::nullopt;
+    if (!session_.removedAt || open_.size() != 1) return std::nullopt;
     const Contact& now = open_.front()->last;
     const double dx = now.x - session_.removedAt->x;
     const double dy = now.y - session_.removedAt->y;
-    if (!(std::hypot(dx, dy) > swipeMinMove)) return std::nullopt;
+    if (!longerThan(dx, dy, swipeMinMove)) return std::nullopt;
     GestureIDBuffer id;
     id.word("3.restRemove").component(rawValue(directionOf(dx, dy)));
     auto slide = known(id.view());
@@ -32,7 +31,6 @@ std::optional<Gesture> GestureRecognizer::slideAfterHoldThree() {
 }
 
 std::optional<std::optional<Gesture>> GestureRecognizer::swipeByMean() {
-    openTracks(open_);
     const std::size_t n = open_.size();
     if (n < 3 || static_cast<int>(n) != session_.peak) return std::nullopt;
     if (std::any_of(open_.begin(), open_.end(), [](const Track* t) { return t->spent; })) return std::nullopt;
@@ -45,18 +43,17 @@ std::optional<std::optional<Gesture>> GestureRecognizer::swipeByMean() {
     }
     const double meanX = sumX / static_cast<double>(n);
     const double meanY = sumY / static_cast<double>(n);
-    const double length = std::hypot(meanX, meanY);
     const SwipeDirection direction = directionOf(meanX, meanY);
 
     auto agrees = [&](const Track* t) { return directionOf(t->dx(), t->dy()) == direction; };
-    auto moved = [](const Track* t) { return t->displacement() > swipeFingerMinMove; };
+    auto moved = [](const Track* t) { return longerThan(t->dx(), t->dy(), swipeFingerMinMove); };
 
     bool accepted = false;
     if (n == 3) {
-        accepted = length > threeSwipeMinMove &&
+        accepted = longerThan(meanX, meanY, threeSwipeMinMove) &&
                    std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return moved(t) && agrees(t); });
     } else {
-        accepted = length > handSwipeMinMove &&
+        accepted = longerThan(meanX, meanY, handSwipeMinMove) &&
                    std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return !moved(t) || agrees(t); });
     }
     const int fingers = static_cast<int>(n);
@@ -69,7 +66,6 @@ std::optional<std::optional<Gesture>> GestureRecognizer::swipeByMean() {
 }
 
 std::optional<Gesture> GestureRecognizer::restSwipe() {
-    openTracks(open_);
     const std::size_t down = open_.size();
     if (down != 2 && down != 3) return std::nullopt;
 
@@ -77,7 +73,7 @@ std::optional<Gesture> GestureRecognizer::restSwipe() {
     const Track* rester = nullptr;
     std::size_t resters = 0;
     for (const Track* t : open_) {
-        if (t->displacement() > swipeMinMove) {
+        if (longerThan(t->dx(), t->dy(), swipeMinMove)) {
             scratch_.push_back(t);
         } else if (t->drift < restMaxMove) {
             rester = t;
@@ -108,7 +104,7 @@ std::optional<Gesture> GestureRecognizer::restSwipe() {
     }
     if (scratch_.size() == 1) {
         const Track& mover = *scratch_.front();
-        if (!(std::hypot(mover.start.x - rester->last.x, mover.start.y - rester->last.y) < groupMaxGap)) {
+        if (!shorterThan(mover.start.x - rester->last.x, mover.start.y - rester->last.y, groupMaxGap)) {
             return std::nullopt;
         }
     }
@@ -120,7 +116,9 @@ std::optional<Gesture> GestureRecognizer::restSwipe() {
     auto gesture = known(id.view());
     if (!gesture) return std::nullopt;
     for (TrackEntry& entry : session_.tracks) {
-        if (entry.track.isOpen() && entry.track.displacement() > swipeMinMove) entry.track.spent = true;
+        if (entry.track.isOpen() && longerThan(entry.track.dx(), entry.track.dy(), swipeMinMove)) {
+            entry.track.spent = true;
+        }
     }
     // Rest swipes fire at once: the resting finger already tells them apart from a drawn shape.
     session_.used = true;
@@ -128,7 +126,7 @@ std::optional<Gesture> GestureRecognizer::restSwipe() {
 }
 
 void GestureRecognizer::holdThreeLiftTwo() {
-    if (session_.peak != 3 || touching_ != 1 || session_.tracks.size() != 3 || session_.used) return;
+    if (session_.peak != 3 || open_.size() != 1 || session_.tracks.size() != 3 || session_.used) return;
     for (const TrackEntry& entry : session_.tracks) {
         const Track& t = entry.track;
         if (!(t.drift < restMaxMove)) return;

@@ -6,6 +6,7 @@
 #include "gestures/gesture_catalog.h"
 #include "recognition/gesture_id_buffer.h"
 #include "recognition/gesture_recognizer.h"
+#include "recognition/length_compare.h"
 #include "recognition/recognizer_trace.h"
 
 namespace ostrelle {
@@ -95,9 +96,12 @@ std::optional<Gesture> GestureRecognizer::restTap(const Track& tap, std::span<co
         const double dx = tapX - rest.last.x;
         // literal 0.03: the least gap between tap and rest
         if (std::abs(dx) < 0.03) return reject("tap {:.3f} from the resting finger", std::abs(dx));
-        const double apart = std::hypot(tapX - rest.last.x, tap.start.y - rest.last.y);
+        const double apartX = tapX - rest.last.x;
+        const double apartY = tap.start.y - rest.last.y;
         // literal 0.3: the farthest a tap may be from its resting finger
-        if (apart >= 0.3) return reject("tap {:.3f} from the resting finger (max {:.1f})", apart, 0.3);
+        if (!shorterThan(apartX, apartY, 0.3)) {
+            return reject("tap {:.3f} from the resting finger (max {:.1f})", std::hypot(apartX, apartY), 0.3);
+        }
         return known(dx < 0 ? "2.restTap.left" : "2.restTap.right");
     }
     if (rests.size() == 2) {

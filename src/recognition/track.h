@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cmath>
 #include <cstdint>
 #include <optional>
 
@@ -26,8 +25,6 @@ struct Track {
     bool isOpen() const { return !endTime.has_value(); }
     double dx() const { return last.x - anchor.x; }
     double dy() const { return last.y - anchor.y; }
-    // Length of the displacement from the anchor.
-    double displacement() const { return std::hypot(dx(), dy()); }
 };
 
 }  // namespace ostrelle

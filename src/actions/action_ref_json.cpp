@@ -1,0 +1,58 @@
+#include "actions/action_ref_json.h"
+
+#include <nlohmann/json.hpp>
+
+#include "actions/key_shortcut_json.h"
+
+namespace ostrelle {
+namespace {
+
+constexpr auto appIDKey = "appID";
+constexpr auto optionIDKey = "optionID";
+constexpr auto shortcutKey = "shortcut";
+constexpr auto appKey = "app";
+
+std::optional<KeyShortcut> tolerantShortcut(const nlohmann::json& object) {
+    if (!json_read::isPresent(object, shortcutKey)) return std::nullopt;
+    try {
+        return keyShortcutFromJSON(object.at(shortcutKey));
+    } catch (const JsonDecodeError&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<URL> tolerantApp(const nlohmann::json& object) {
+    if (!json_read::isPresent(object, appKey)) return std::nullopt;
+    const nlohmann::json& value = object.at(appKey);
+    if (!value.is_string()) return std::nullopt;
+    return URL::parse(value.get_ref<const std::string&>());
+}
+
+}  // namespace
+
+nlohmann::json toJSON(const ActionRef& ref) {
+    nlohmann::json value{{appIDKey, ref.appID}, {optionIDKey, ref.optionID}};
+    if (ref.shortcut) value[shortcutKey] = toJSON(*ref.shortcut);
+    if (ref.app) value[appKey] = ref.app->absoluteString();
+    return value;
+}
+
+ActionRef actionRefFromJSON(const nlohmann::json& value) {
+    json_read::requireObject(value, "an action reference");
+    ActionRef ref;
+    ref.appID = json_read::string(value, appIDKey);
+    ref.optionID = json_read::string(value, optionIDKey);
+    ref.shortcut = tolerantShortcut(value);
+    ref.app = tolerantApp(value);
+    return ref;
+}
+
+void to_json(nlohmann::json& value, const ActionRef& ref) {
+    value = toJSON(ref);
+}
+
+void from_json(const nlohmann::json& value, ActionRef& ref) {
+    ref = actionRefFromJSON(value);
+}
+
+}  // namespace ostrelle

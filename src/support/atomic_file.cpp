@@ -1,0 +1,106 @@
+#include "support/atomic_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+#include <vector>
+
+namespace ostrelle {
+namespace {
+
+std::string describe(const std::string& what, int error) { return what + ": " + std::strerror(error); }
+
+// Closes the descriptor and removes the temporary file unless the rename took it over.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::filesystem::path& target) {
+        std::string hidden(".");
+        hidden.append(target.filename().string()).append(".XXXXXX");
+        const std::string pattern = (target.parent_path() / hidden).string();
+        name_.assign(pattern.begin(), pattern.end());
+        name_.push_back('\0');
+        fd_ = ::mkstemp(name_.data());
+    }
+    ~TemporaryFile() {
+        if (fd_ >= 0) ::close(fd_);
+        if (!committed_ && !name_.empty()) ::unlink(name_.data());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    bool isOpen() const { return fd_ >= 0; }
+    int fd() const { return fd_; }
+    const char* name() const { return name_.data(); }
+    int closeNow() {
+        const int result = ::close(fd_);
+        fd_ = -1;
+        return result;
+    }
+    void committed() { committed_ = true; }
+
+private:
+    std::vector<char> name_;
+    int fd_ = -1;
+    bool committed_ = false;
+};
+
+// The rename is durable only once the folder entry itself reaches the disk.
+void syncFolder(const std::filesystem::path& folder) {
+    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+}  // namespace
+
+std::optional<std::string> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes) {
+    const std::filesystem::path folder = path.parent_path().empty() ? "." : path.parent_path();
+    std::error_code ec;
+    std::filesystem::create_directories(folder, ec);
+    if (ec) return "cannot create folder " + folder.string() + ": " + ec.message();
+
+    TemporaryFile temporary(path);
+    if (!temporary.isOpen()) return describe("cannot create a temporary file in " + folder.string(), errno);
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t n = ::write(temporary.fd(), bytes.data() + written, bytes.size() - written);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return describe("cannot write " + std::string(temporary.name()), errno);
+        }
+        written += static_cast<std::size_t>(n);
+    }
+    // mkstemp makes the file private; keep the mode of the file being replaced, or the usual one.
+    struct stat existing {};
+    const mode_t usualMode = 0644;
+    ::fchmod(temporary.fd(), ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : usualMode);
+    if (::fsync(temporary.fd()) != 0) return describe("cannot flush " + std::string(temporary.name()), errno);
+    if (temporary.closeNow() != 0) return describe("cannot close " + std::string(temporary.name()), errno);
+    if (::rename(temporary.name(), path.c_str()) != 0) return describe("cannot replace " + path.string(), errno);
+    temporary.committed();
+    syncFolder(folder);
+    return std::nullopt;
+}
+
+FileReadResult readWholeFile(const std::filesystem::path& path) {
+    std::error_code ec;
+    const auto status = std::filesystem::status(path, ec);
+    if (status.type() == std::filesystem::file_type::not_found) return {FileReadResult::Status::missing, {}, {}};
+    std::ifstream in(path, std::ios::binary);
+    if (!in || std::filesystem::is_directory(status)) {
+        return {FileReadResult::Status::unreadable, {}, "cannot read " + path.string()};
+    }
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) return {FileReadResult::Status::unreadable, {}, "cannot read " + path.string()};
+    return {FileReadResult::Status::ok, content.str(), {}};
+}
+
+}  // namespace ostrelle

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "actions/app_files.h"
+#include "actions/keyboard_layout.h"
+
+namespace ostrelle::testing {
+
+// A keyboard layout that knows only the keys it was given.
+class FakeKeyboardLayout : public KeyboardLayout {
+  public:
+    explicit FakeKeyboardLayout(std::map<std::uint16_t, std::string> keys) : keys_(std::move(keys)) {}
+
+    std::optional<std::string> characters(std::uint16_t keyCode) const override {
+        asked.push_back(keyCode);
+        const auto it = keys_.find(keyCode);
+        if (it == keys_.end()) return std::nullopt;
+        return it->second;
+    }
+
+    mutable std::vector<std::uint16_t> asked;
+
+  private:
+    std::map<std::uint16_t, std::string> keys_;
+};
+
+// An in-memory file system of folders and application bundles.
+class FakeAppFiles : public AppFiles {
+  public:
+    struct Bundle {
+        std::string displayName;
+        std::optional<std::string> identifier;
+    };
+
+    std::string home = "/Users/tester";
+    std::map<std::string, std::vector<std::string>> folders;  // folder → entry paths, in listing order
+    std::set<std::string> directories;
+    std::map<std::string, Bundle> bundles;
+
+    // Adds a bundle (a directory) to a folder's listing.
+    void addBundle(const std::string& folder, const std::string& fileName,
+                   std::optional<std::string> identifier,
+                   std::optional<std::string> displayName = std::nullopt) {
+        const std::string path = folder + "/" + fileName;
+        folders[folder].push_back(path);
+        directories.insert(path);
+        bundles[path] = {displayName.value_or(fileName), std::move(identifier)};
+    }
+
+    std::vector<std::string> contents(const std::string& folder) const override {
+        const auto it = folders.find(folder);
+        return it == folders.end() ? std::vector<std::string>{} : it->second;
+    }
+    bool isDirectory(const std::string& path) const override { return directories.count(path) > 0; }
+    std::string displayName(const std::string& path) const override {
+        const auto it = bundles.find(path);
+        if (it != bundles.end()) return it->second.displayName;
+        return path.substr(path.rfind('/') + 1);
+    }
+    std::optional<std::string> bundleIdentifier(const std::string& path) const override {
+        const auto it = bundles.find(path);
+        return it == bundles.end() ? std::nullopt : it->second.identifier;
+    }
+    std::string homeDirectory() const override { return home; }
+};
+
+// Installs a process-wide port for one test and puts the previous one back afterwards.
+template <typename Port>
+class ScopedCurrent {
+  public:
+    explicit ScopedCurrent(std::shared_ptr<const Port> port) : previous_(Port::current()) {
+        Port::setCurrent(std::move(port));
+    }
+    ~ScopedCurrent() { Port::setCurrent(previous_); }
+    ScopedCurrent(const ScopedCurrent&) = delete;
+    ScopedCurrent& operator=(const ScopedCurrent&) = delete;
+
+  private:
+    std::shared_ptr<const Port> previous_;
+};
+
+}  // namespace ostrelle::testing

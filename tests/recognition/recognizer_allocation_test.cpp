@@ -1,0 +1,87 @@
+// The recognizer sees every trackpad frame: once a session is under way it must not touch the heap.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include "recognition/gesture_recognizer.h"
+
+// Sanitizers bring their own allocator; counting is only meaningful (and only replaced) without them.
+#if !defined(__SANITIZE_ADDRESS__)
+#define OSTRELLE_COUNTS_ALLOCATIONS 1
+
+namespace {
+thread_local bool counting = false;
+thread_local std::size_t allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t size) {
+    if (counting) ++allocations;
+    if (void* p = std::malloc(size == 0 ? 1 : size)) return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+#endif
+
+namespace ostrelle {
+namespace {
+
+#ifdef OSTRELLE_COUNTS_ALLOCATIONS
+class AllocationCounter {
+public:
+    AllocationCounter() {
+        allocations = 0;
+        counting = true;
+    }
+    ~AllocationCounter() { counting = false; }
+    std::size_t count() const { return allocations; }
+};
+
+// Three fingers circling slowly: every rule is evaluated, nothing fires, the hand path fills up.
+void circle(GestureRecognizer& recognizer, int from, int to) {
+    std::array<Contact, 3> frame{};
+    for (int i = from; i < to; ++i) {
+        const double dx = 0.02 * std::cos(i * 0.2);
+        const double dy = 0.02 * std::sin(i * 0.2);
+        for (std::size_t f = 0; f < frame.size(); ++f) {
+            frame[f] = {static_cast<std::int64_t>(f), 0.4 + 0.1 * static_cast<double>(f) + dx, 0.5 + dy};
+        }
+        recognizer.process(frame, i * 0.008);
+    }
+}
+
+TEST(RecognizerAllocations, TheCounterSeesAllocations) {
+    AllocationCounter counter;
+    auto boxed = std::make_unique<int>(1);
+    EXPECT_EQ(counter.count(), 1U);
+}
+
+TEST(RecognizerAllocations, NonePerFrameOnceASessionIsUnderWay) {
+    GestureRecognizer recognizer;
+    circle(recognizer, 0, 3);
+    AllocationCounter counter;
+    circle(recognizer, 3, 3000);  // through the hand path's cap and beyond
+    EXPECT_EQ(counter.count(), 0U);
+}
+
+TEST(RecognizerAllocations, NoneForWholeTapSessionsOnceWarm) {
+    GestureRecognizer recognizer;
+    const std::array<Contact, 4> hand{{{1, 0.3, 0.5}, {2, 0.4, 0.5}, {3, 0.5, 0.5}, {4, 0.6, 0.5}}};
+    auto tap = [&](double t) {
+        recognizer.process(hand, t);
+        recognizer.process(hand, t + 0.05);
+        return recognizer.process({}, t + 0.1);
+    };
+    tap(0.0);
+    tap(1.0);
+    AllocationCounter counter;
+    for (int i = 2; i < 200; ++i) tap(i);
+    EXPECT_EQ(counter.count(), 0U);
+}
+#endif
+
+}  // namespace
+}  // namespace ostrelle

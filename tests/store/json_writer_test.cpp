@@ -1,0 +1,63 @@
+// The bindings file's printing style, byte for byte.
+#include <gtest/gtest.h>
+
+#include "store/json_writer.h"
+
+namespace ostrelle {
+namespace {
+
+using nlohmann::json;
+
+TEST(BindingsStyleJSON, PrintsOneMemberPerLineWithSortedKeys) {
+    const json file = json::array({json::object({{"id", "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B"},
+                                                 {"gesture", "2.restTap.left"},
+                                                 {"createdAt", 753300000.25},
+                                                 {"action", {{"optionID", "back"}, {"appID", "browsers"}}}})});
+    EXPECT_EQ(writeBindingsStyleJSON(file),
+              "[\n"
+              "  {\n"
+              "    \"action\" : {\n"
+              "      \"appID\" : \"browsers\",\n"
+              "      \"optionID\" : \"back\"\n"
+              "    },\n"
+              "    \"createdAt\" : 753300000.25,\n"
+              "    \"gesture\" : \"2.restTap.left\",\n"
+              "    \"id\" : \"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B\"\n"
+              "  }\n"
+              "]");
+}
+
+TEST(BindingsStyleJSON, NestedArraysPutEachNumberOnItsOwnLine) {
+    const json shortcut = {{"key", 17}, {"modifiers", {"control", "command"}}};
+    EXPECT_EQ(writeBindingsStyleJSON(json::array({json::array({0.1, -0.5})})),
+              "[\n  [\n    0.1,\n    -0.5\n  ]\n]");
+    EXPECT_EQ(writeBindingsStyleJSON(shortcut),
+              "{\n  \"key\" : 17,\n  \"modifiers\" : [\n    \"control\",\n    \"command\"\n  ]\n}");
+}
+
+TEST(BindingsStyleJSON, EmptyContainers) {
+    EXPECT_EQ(writeBindingsStyleJSON(json::array()), "[\n\n]");
+    EXPECT_EQ(writeBindingsStyleJSON(json{{"modifiers", json::array()}}), "{\n  \"modifiers\" : [\n\n  ]\n}");
+}
+
+TEST(BindingsStyleJSON, NumbersAreShortestRoundTrip) {
+    EXPECT_EQ(writeBindingsStyleJSON(json(753300100.5)), "753300100.5");
+    EXPECT_EQ(writeBindingsStyleJSON(json(0.1 + 0.2)), "0.30000000000000004");
+    EXPECT_EQ(writeBindingsStyleJSON(json(2.0)), "2");
+    EXPECT_EQ(writeBindingsStyleJSON(json(-0.0)), "0");
+    EXPECT_EQ(writeBindingsStyleJSON(json(0.001)), "0.001");
+    EXPECT_EQ(writeBindingsStyleJSON(json(-3)), "-3");
+}
+
+TEST(BindingsStyleJSON, StringsEscapeSlashesQuotesAndControls) {
+    EXPECT_EQ(writeBindingsStyleJSON(json("file:///Applications/Preview.app/")),
+              "\"file:\\/\\/\\/Applications\\/Preview.app\\/\"");
+    EXPECT_EQ(writeBindingsStyleJSON(json("a\"b\\c\nd\x01")), "\"a\\\"b\\\\c\\nd\\u0001\"");
+    EXPECT_EQ(writeBindingsStyleJSON(json("Zürich ⌘")), "\"Zürich ⌘\"");
+    // Whatever is printed reads back to the same value.
+    const json tricky = {{"s", "\\/\"\t"}, {"n", 1e-7}, {"a", {true, false, nullptr}}};
+    EXPECT_EQ(json::parse(writeBindingsStyleJSON(tricky)), tricky);
+}
+
+}  // namespace
+}  // namespace ostrelle
