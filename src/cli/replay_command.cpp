@@ -30,7 +30,7 @@ struct ReplayOptions {
     bool recordingShapes = false;
 };
 
-// The options, or a usage problem. Help is reported as a problem-free empty result.
+// What the arguments ask for: a replay with these options, the usage text, or neither (a problem).
 struct ParsedOptions {
     ReplayOptions options;
     std::optional<std::string> problem;
@@ -65,7 +65,7 @@ ParsedOptions parseOptions(Arguments arguments) {
             options.file = argument;
         }
     }
-    if (!parsed.problem && !parsed.help && !options.file) parsed.problem = "no recording given";
+    if (!parsed.problem && !options.file) parsed.problem = "no recording given";
     return parsed;
 }
 
