@@ -7,10 +7,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "testing/temporary_folder.h"
 
 namespace ostrelle::testing {
 
@@ -32,13 +33,6 @@ inline std::filesystem::path shapesFileOf(const std::filesystem::path& recording
     std::filesystem::path shapes = recording;
     shapes.replace_extension(".shapes.json");
     return shapes;
-}
-
-inline std::string readText(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 struct ExampleHeader {

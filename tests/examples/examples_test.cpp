@@ -1,11 +1,11 @@
 // The bundled example recordings: each replays to exactly the gestures its header promises,
 // together they show every enabled gesture, and the generator reproduces them byte for byte.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "examples/example_files.h"
 #include "gestures/gesture_catalog.h"
@@ -106,14 +106,13 @@ TEST(Examples, TogetherShowEveryEnabledGesture) {
 }
 
 TEST(Examples, RegeneratingReproducesTheFilesByteForByte) {
-    const auto folder =
-        std::filesystem::temp_directory_path() / ("ostrelle-examples-" + std::to_string(getpid()));
-    std::filesystem::remove_all(folder);
-    const CommandResult made = runCommand(std::string(OSTRELLE_MAKE_EXAMPLES_PATH) + " " + quoted(folder));
+    const TemporaryFolder folder;
+    const CommandResult made =
+        runCommand(std::string(OSTRELLE_MAKE_EXAMPLES_PATH) + " " + quoted(folder.path()));
     ASSERT_EQ(made.status, 0);
 
     std::set<std::string> generated;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
         const std::string name = entry.path().filename().string();
         generated.insert(name);
         EXPECT_EQ(readText(entry.path()), readText(examplesFolder() / name))
@@ -124,7 +123,6 @@ TEST(Examples, RegeneratingReproducesTheFilesByteForByte) {
         if (entry.is_regular_file()) bundled.insert(entry.path().filename().string());
     }
     EXPECT_EQ(generated, bundled) << "every bundled recording comes from the generator";
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace
