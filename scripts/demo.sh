@@ -6,8 +6,8 @@ set -euo pipefail
 export LC_ALL=C  # decimal points in printf, whatever the user's locale
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" "$root/build" -DCMAKE_BUILD_TYPE=Release -DOSTRELLE_TESTS=OFF -DOSTRELLE_BENCH=OFF
-cli="$root/build/ostrelle-cli"
+"$root/scripts/build.sh" "$root/build-demo" -DCMAKE_BUILD_TYPE=Release -DOSTRELLE_TESTS=OFF -DOSTRELLE_BENCH=OFF
+cli="$root/build-demo/ostrelle-cli"
 
 # The value of a string member in one line of the CLI's JSON output (the first one named so).
 json_string() {

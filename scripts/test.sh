@@ -6,9 +6,9 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/install-deps.sh"
 if [ "${1:-}" = "--sanitize" ]; then
   dir="$root/build-sanitize"
-  "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Debug -DOSTRELLE_SANITIZE=ON -DOSTRELLE_BENCH=OFF
+  "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Debug -DOSTRELLE_SANITIZE=ON -DOSTRELLE_TESTS=ON -DOSTRELLE_BENCH=OFF
 else
   dir="$root/build"
-  "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Release
+  "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Release -DOSTRELLE_SANITIZE=OFF -DOSTRELLE_TESTS=ON -DOSTRELLE_BENCH=ON
 fi
 ctest --test-dir "$dir" --output-on-failure --parallel "$(nproc)"
