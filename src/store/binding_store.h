@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/gesture_binding.h"
+#include "support/observers.h"
+#include "support/wall_clock.h"
+
+namespace ostrelle {
+
+// What loading did with the file, for tools that report it (the store itself stays silent).
+struct BindingStoreLoad {
+    enum class Outcome { loaded, seeded, setAside };
+    Outcome outcome = Outcome::loaded;
+    std::size_t dropped = 0;                       // bindings dropped while loading
+    std::optional<std::filesystem::path> backup;   // the copy made before dropping any
+    std::optional<std::filesystem::path> setAside; // where an unreadable file went
+    std::string problem;                           // why the file could not be read
+};
+
+// The user's bindings, loaded once at start and written back in full after every change.
+// The in-memory list is the truth; the file is a copy. Used from one thread.
+class BindingStore {
+public:
+    struct FingerGroup {
+        int fingers = 0;
+        std::vector<GestureBinding> bindings;
+    };
+
+    // Loads (or seeds) at once; never fails: an unreadable file is set aside and replaced by a seed.
+    BindingStore(std::filesystem::path fileURL, bool launchedBefore, WallClock clock = systemWallClock());
+
+    const std::vector<GestureBinding>& bindings() const { return bindings_; }
+    const std::filesystem::path& fileURL() const { return fileURL_; }
+    const BindingStoreLoad& load() const { return load_; }
+
+    // The first binding whose gesture id is the gesture's (shapes are not compared).
+    const GestureBinding* bindingFor(const Gesture& gesture) const;
+    bool isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const;
+    // Adds or replaces (in place, by id); refused when another binding holds the gesture.
+    bool save(const GestureBinding& binding);
+    // Removes every binding with that id; writes the file even when none was removed.
+    void remove(const std::string& id);
+
+    std::vector<Gesture> customGestures() const;
+    std::string nextCustomName() const;
+    std::vector<FingerGroup> groupedByFingers() const;
+
+    static std::vector<GestureBinding> seed(double createdAt);
+    static std::vector<GestureBinding> legacySeed(double createdAt);
+
+    // Notified after every change of the list.
+    ObserverList observers;
+
+private:
+    void loadFile(bool launchedBefore);
+    void setBindings(std::vector<GestureBinding> bindings);
+    void persist() const;
+    std::filesystem::path sideFile(const std::string& kind) const;
+
+    std::filesystem::path fileURL_;
+    WallClock clock_;
+    std::vector<GestureBinding> bindings_;
+    BindingStoreLoad load_;
+};
+
+}  // namespace ostrelle
