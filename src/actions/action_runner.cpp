@@ -85,8 +85,8 @@ struct ActionRunner::Dispatch {
     const std::optional<std::string>& frontmostID;
 
     void operator()(const ActionKind::Shortcut& kind) const {
-        const Keystroke stroke = remapped({kind.shortcut.key, kind.shortcut.flags}, frontmostID);
-        press(runner.system_, stroke.key, stroke.flags);
+        const KeyShortcut sent = remapped(kind.shortcut, frontmostID);
+        press(runner.system_, sent.key, sent.flags);
     }
     void operator()(const ActionKind::SelectTab& kind) const { runner.selectTab(kind.last); }
     void operator()(const ActionKind::SwitchApp& kind) const { runner.switchWith(tabKey, kind.reverse); }
@@ -145,20 +145,20 @@ void ActionRunner::run(const ActionRef& action) {
     std::visit(Dispatch{*this, action, frontmostID}, kind.value);
 }
 
-ActionRunner::Keystroke ActionRunner::remapped(Keystroke stroke,
-                                               const std::optional<std::string>& frontmostID) {
-    if (!frontmostID) return stroke;
-    if (stroke.key == tabKey && (stroke.flags & EventFlag::control) != 0 &&
+KeyShortcut ActionRunner::remapped(const KeyShortcut& shortcut,
+                                   const std::optional<std::string>& frontmostID) {
+    if (!frontmostID) return shortcut;
+    if (shortcut.key == tabKey && (shortcut.flags & EventFlag::control) != 0 &&
         vsCodeIDs().contains(*frontmostID)) {
         // The editor switches tabs with ⌥⌘→/← and reads ⌃⇥ as "recent file"; shift picks the direction.
-        const bool backwards = (stroke.flags & EventFlag::shift) != 0;
+        const bool backwards = (shortcut.flags & EventFlag::shift) != 0;
         return {backwards ? leftArrowKey : rightArrowKey, editorTabSwitchFlags};
     }
-    if (stroke.key == nKey && stroke.flags == commandShift && firefoxIDs().contains(*frontmostID)) {
+    if (shortcut.key == nKey && shortcut.flags == commandShift && firefoxIDs().contains(*frontmostID)) {
         // This browser opens its private window with ⇧⌘P; ⇧⌘N does nothing there.
         return {pKey, commandShift};
     }
-    return stroke;
+    return shortcut;
 }
 
 void ActionRunner::switchWith(std::int64_t key, bool reverse) {

@@ -9,6 +9,7 @@
 #include "actions/action_kind.h"
 #include "actions/action_ref.h"
 #include "actions/event_flags.h"
+#include "actions/key_shortcut.h"
 #include "actions/system_port.h"
 #include "support/main_queue.h"
 
@@ -32,15 +33,11 @@ class ActionRunner {
 
     void run(const ActionRef& action);
 
+    // A catalog shortcut as the front application (by bundle id) needs it: some apps give the
+    // common shortcut another meaning and do the job under another one.
+    static KeyShortcut remapped(const KeyShortcut& shortcut, const std::optional<std::string>& frontmostID);
+
   private:
-    // The parts of a shortcut that reach the system, after the front application's remaps.
-    struct Keystroke {
-        std::int64_t key;
-        EventFlags flags;
-    };
-
-    static Keystroke remapped(Keystroke stroke, const std::optional<std::string>& frontmostID);
-
     void switchWith(std::int64_t key, bool reverse);
     void switchSpace(bool left);
     void selectTab(bool last);
