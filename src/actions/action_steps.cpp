@@ -1,0 +1,49 @@
+#include "actions/action_steps.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+
+#include "actions/key_shortcut.h"
+#include "support/contract.h"
+#include "support/log.h"
+
+namespace ostrelle::action_steps {
+namespace {
+
+std::uint16_t checkedKeyCode(std::int64_t key) {
+    if (key < 0 || key > std::numeric_limits<std::uint16_t>::max()) {
+        const std::string what = fmt::format("key code {} outside 0...65535 given to the action runner", key);
+        contractViolation(what.c_str());
+    }
+    return static_cast<std::uint16_t>(key);
+}
+
+}  // namespace
+
+void press(SystemPort& system, std::int64_t key, EventFlags flags) {
+    const std::uint16_t code = checkedKeyCode(key);
+    const EventFlags eventFlags = KeyShortcut{key, flags}.eventFlags();
+    EventOutput& events = system.events();
+    events.postKey(code, true, eventFlags);
+    events.postKey(code, false, eventFlags);
+}
+
+void post(SystemPort& system, std::int64_t key, bool down, EventFlags flags) {
+    system.events().postKey(checkedKeyCode(key), down, flags);
+}
+
+void restore(SystemPort& system, const std::vector<PasteboardItem>& saved) {
+    system.pasteboard().restoreItems(saved);
+}
+
+void after(MainQueue& queue, double delay, MainQueue::Task work) {
+    queue.postAfter(delay, std::move(work));
+}
+
+void fail(SystemPort& system, std::string_view message) {
+    Log::error(message);
+    system.feedback().beep();
+}
+
+}  // namespace ostrelle::action_steps
