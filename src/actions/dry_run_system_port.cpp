@@ -64,7 +64,7 @@ PasteboardItem DryRunSystemPort::plainText(std::string_view text) {
 }
 
 void DryRunSystemPort::postKey(std::uint16_t key, bool down, EventFlags flags) {
-    recorded_.emplace_back(recorded::Key{key, down, flags});
+    record(recorded::Key{key, down, flags});
     if (key == copyKey && down && (flags & EventFlag::command) != 0 && copiesOnCommandC) {
         pasteboardItems = {plainText(*copiesOnCommandC)};
         ++pasteboardChangeCount;
@@ -72,11 +72,11 @@ void DryRunSystemPort::postKey(std::uint16_t key, bool down, EventFlags flags) {
 }
 
 void DryRunSystemPort::postMouse(MouseEventType type, Point location, EventFlags flags) {
-    recorded_.emplace_back(recorded::Mouse{type, location, flags});
+    record(recorded::Mouse{type, location, flags});
 }
 
 void DryRunSystemPort::postMediaKey(EventFlags flags, std::int64_t data1) {
-    recorded_.emplace_back(recorded::MediaKey{flags, data1});
+    record(recorded::MediaKey{flags, data1});
 }
 
 std::optional<std::string> DryRunSystemPort::frontmostApplicationID() {
@@ -84,12 +84,12 @@ std::optional<std::string> DryRunSystemPort::frontmostApplicationID() {
 }
 
 void DryRunSystemPort::openApplication(const std::string& path) {
-    recorded_.emplace_back(recorded::OpenApplication{path});
+    record(recorded::OpenApplication{path});
 }
 
 bool DryRunSystemPort::sendDockNotification(const std::string& name) {
     if (!dockAvailable) return false;
-    recorded_.emplace_back(recorded::DockNotification{name});
+    record(recorded::DockNotification{name});
     return true;
 }
 
@@ -132,16 +132,16 @@ std::optional<std::vector<AccessibilityElement>> DryRunSystemPort::elementListAt
 }
 
 void DryRunSystemPort::performAction(const AccessibilityElement& element, std::string_view action) {
-    recorded_.emplace_back(recorded::Press{nodeOf(element).name, std::string(action)});
+    record(recorded::Press{nodeOf(element).name, std::string(action)});
 }
 
 std::vector<PasteboardItem> DryRunSystemPort::saveItems() {
-    recorded_.emplace_back(recorded::PasteboardSave{});
+    record(recorded::PasteboardSave{});
     return pasteboardItems;
 }
 
 void DryRunSystemPort::restoreItems(const std::vector<PasteboardItem>& items) {
-    recorded_.emplace_back(recorded::PasteboardRestore{items});
+    record(recorded::PasteboardRestore{items});
     pasteboardItems = items;
     ++pasteboardChangeCount;
 }
@@ -156,7 +156,7 @@ std::optional<std::string> DryRunSystemPort::string() {
 }
 
 void DryRunSystemPort::setString(const std::string& text) {
-    recorded_.emplace_back(recorded::PasteboardSet{text});
+    record(recorded::PasteboardSet{text});
     pasteboardItems = {plainText(text)};
     ++pasteboardChangeCount;
 }

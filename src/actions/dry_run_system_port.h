@@ -65,6 +65,8 @@ class DryRunSystemPort final : public SystemPort,
     static PasteboardItem plainText(std::string_view text);
 
     const std::vector<RecordedEvent>& recorded() const { return recorded_; }
+    // Told of every effect as it happens, for tools that show them live.
+    std::function<void(const RecordedEvent&)> onRecord;
     void clearRecorded() { recorded_.clear(); }
 
     EventOutput& events() override { return *this; }
@@ -100,8 +102,13 @@ class DryRunSystemPort final : public SystemPort,
     std::optional<std::string> string() override;
     void setString(const std::string& text) override;
 
-    void beep() override { recorded_.emplace_back(recorded::Beep{}); }
-    void haptic() override { recorded_.emplace_back(recorded::Haptic{}); }
+    void beep() override { record(recorded::Beep{}); }
+    void haptic() override { record(recorded::Haptic{}); }
+
+    void record(RecordedEvent event) {
+        recorded_.push_back(std::move(event));
+        if (onRecord) onRecord(recorded_.back());
+    }
 
     std::vector<RecordedEvent> recorded_;
 };

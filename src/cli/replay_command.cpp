@@ -12,6 +12,7 @@
 
 #include "cli/commands.h"
 #include "cli/custom_gestures_file.h"
+#include "cli/engine_replay.h"
 #include "cli/output.h"
 #include "gestures/gesture_json.h"
 #include "recognition/gesture_recognizer.h"
@@ -28,6 +29,10 @@ struct ReplayOptions {
     std::optional<std::string> customFile;
     bool trace = false;
     bool recordingShapes = false;
+    // With a bindings file the replay runs through the whole engine.
+    std::optional<std::string> bindingsFile;
+    EngineReplayOptions engine;
+    bool engineOnlyOption = false;  // an option that needs --bindings was given
 };
 
 // What the arguments ask for: a replay with these options, the usage text, or neither (a problem).
@@ -49,6 +54,39 @@ ParsedOptions parseOptions(Arguments arguments) {
             options.trace = true;
         } else if (argument == "--recording-shapes") {
             options.recordingShapes = true;
+        } else if (argument == "--bindings") {
+            if (i + 1 == arguments.size()) {
+                parsed.problem = "--bindings needs a file";
+            } else if (options.bindingsFile) {
+                parsed.problem = "--bindings given twice";
+            } else {
+                options.bindingsFile = arguments[++i];
+            }
+        } else if (argument == "--capture" || argument == "--untrusted") {
+            (argument == "--capture" ? options.engine.capture : options.engine.untrusted) = true;
+            options.engineOnlyOption = true;
+        } else if (argument == "--front-app") {
+            if (i + 1 == arguments.size()) {
+                parsed.problem = "--front-app needs a bundle id";
+            } else {
+                options.engine.frontApp = arguments[++i];
+                options.engineOnlyOption = true;
+            }
+        } else if (argument == "--settings") {
+            // One or more KEY=VALUE pairs follow.
+            const std::size_t first = i + 1;
+            while (i + 1 < arguments.size() && !arguments[i + 1].starts_with("-") &&
+                   arguments[i + 1].find('=') != std::string::npos) {
+                const std::string& pair = arguments[++i];
+                const std::size_t equals = pair.find('=');
+                if (equals == 0) {
+                    parsed.problem = fmt::format("--settings: \"{}\" has no key", pair);
+                    break;
+                }
+                options.engine.settings.emplace_back(pair.substr(0, equals), pair.substr(equals + 1));
+            }
+            if (i + 1 == first && !parsed.problem) parsed.problem = "--settings needs KEY=VALUE";
+            options.engineOnlyOption = true;
         } else if (argument == "--custom") {
             if (i + 1 == arguments.size()) {
                 parsed.problem = "--custom needs a file";
@@ -66,6 +104,17 @@ ParsedOptions parseOptions(Arguments arguments) {
         }
     }
     if (!parsed.problem && !options.file) parsed.problem = "no recording given";
+    if (!parsed.problem && options.engineOnlyOption && !options.bindingsFile) {
+        parsed.problem = "--capture, --untrusted, --front-app and --settings need --bindings";
+    }
+    if (!parsed.problem && options.bindingsFile && (options.customFile || options.recordingShapes)) {
+        // The engine takes its shapes from the bindings and records shapes only in capture mode.
+        parsed.problem = "--custom and --recording-shapes cannot be used with --bindings";
+    }
+    if (options.bindingsFile) {
+        options.engine.bindingsFile = *options.bindingsFile;
+        options.engine.trace = options.trace;
+    }
     return parsed;
 }
 
@@ -103,6 +152,7 @@ std::optional<Gesture> feed(GestureRecognizer& recognizer, const RecordingEvent&
 
 int replay(std::istream& input, const std::string& name, const ReplayOptions& options,
            std::vector<Gesture> customs) {
+    if (options.bindingsFile) return replayThroughEngine(input, name, options.engine);
     GestureRecognizer recognizer;
     recognizer.customs = std::move(customs);
     recognizer.recordingShapes = options.recordingShapes;
@@ -167,9 +217,13 @@ int runReplay(Arguments arguments) {
 const Command& replayCommand() {
     static const Command command{
         "replay",
-        "FILE [--trace] [--custom SHAPES.json] [--recording-shapes]",
+        "FILE [--trace] [--custom SHAPES.json] [--recording-shapes]\n"
+        "       FILE --bindings PATH [--trace] [--capture] [--untrusted] [--front-app BUNDLE_ID] "
+        "[--settings KEY=VALUE ...]",
         "Replays a recording (FILE, or - for standard input) through the gesture recognizer and prints "
-        "what fires, one JSON object per line.",
+        "what fires, one JSON object per line. With --bindings the recording runs through the whole "
+        "engine on a copy of the bindings file, and the actions go to a dry-run system that prints "
+        "what it would post.",
         runReplay,
     };
     return command;

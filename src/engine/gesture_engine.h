@@ -71,6 +71,13 @@ public:
     LiveTrace& liveTrace() { return liveTrace_; }
     ObserverList observers;
 
+    // Diagnostic taps for tools that show the engine at work (a replay prints them); unset normally.
+    struct Hooks {
+        std::function<void(const Gesture&)> recognized;  // every gesture the recognizer reports
+        std::function<void(const ActionRef&)> run;       // every binding handed to the runner
+    };
+    Hooks hooks;
+
     // The permission screen calls this once it sees access granted.
     void retryIfFailed();
     void setToggleShortcut(const std::optional<KeyShortcut>& shortcut);

@@ -22,13 +22,17 @@ void GestureEngine::handle(std::span<const Contact> contacts, double time) {
         liveTrace_.setStrokes(recognizer_.liveStrokes());
     }
     // Frames never count as over our own window; only clicks can be.
-    if (gesture) recognized(*gesture, false);
+    if (gesture) {
+        if (hooks.recognized) hooks.recognized(*gesture);
+        recognized(*gesture, false);
+    }
     if (recognizer_.touching() == 0) ignoreSession_ = false;
 }
 
 void GestureEngine::click(bool onOwnUI) {
     const std::optional<Gesture> gesture = recognizer_.physicalClick();
     if (!gesture) return;
+    if (hooks.recognized) hooks.recognized(*gesture);
     updateReading();
     recognized(*gesture, onOwnUI);
 }
@@ -86,11 +90,12 @@ void GestureEngine::run(const Gesture& gesture) {
     if (!GestureCatalog::isEnabled(gesture)) return;
     const GestureBinding* binding = runnable(gesture);
     if (!binding) return;
+    // A copy: running the action may change the store (and with it the binding's storage).
+    const ActionRef action = binding->action;
+    if (hooks.run) hooks.run(action);
     if (services_.settings.boolValue(settings_keys::hapticFeedback).value_or(false)) {
         services_.system.feedback().haptic();
     }
-    // A copy: running the action may change the store (and with it the binding's storage).
-    const ActionRef action = binding->action;
     runner_.run(action);
 }
 
