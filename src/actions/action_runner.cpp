@@ -42,7 +42,7 @@ constexpr EventFlags commandShift = EventFlag::command | EventFlag::shift;
 constexpr EventFlags commandClickFlags = EventFlag::command;
 
 // A system-defined media-key event: data1 has the key in its upper 16 bits and the state below;
-// the same state byte, shifted, doubles as the event's modifier flags.
+// the same value doubles as the event's modifier flags.
 constexpr std::uint32_t mediaKeyDownState = 0xA00;
 constexpr std::uint32_t mediaKeyUpState = 0xB00;
 constexpr unsigned mediaKeyShift = 16;

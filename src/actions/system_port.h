@@ -47,8 +47,8 @@ class Workspace {
     // Opens (or activates) the application bundle at an absolute path, without waiting for it;
     // a path that holds no application does nothing visible.
     virtual void openApplication(const std::string& path) = 0;
-    // Posts a notification through the Dock's private entry point; false when the system has
-    // no such entry point, so nothing was sent.
+    // Posts a notification through the Dock's private entry point, looked up by name once on
+    // first use; false when the system has no such entry point, so nothing was sent.
     virtual bool sendDockNotification(const std::string& name) = 0;
 };
 

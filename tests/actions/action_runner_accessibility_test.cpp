@@ -58,13 +58,6 @@ TEST_F(ActionRunnerTabsTest, PressesTheFirstOrLastTab) {
     EXPECT_TRUE(errors().empty());
 }
 
-TEST_F(ActionRunnerTabsTest, ASingleTabIsBothFirstAndLast) {
-    system.setFrontmost("com.apple.Terminal", tabGroup("tabs", {"only"}));
-    run("tabs", "first");
-    run("tabs", "last");
-    EXPECT_EQ(events(), (std::vector<RecordedEvent>{pressOf("only"), pressOf("only")}));
-}
-
 TEST_F(ActionRunnerTabsTest, TheShallowestTabGroupWinsOverAnEarlierDeepOne) {
     // Breadth first: the web page's tab strip sits deep in the first branch, the window's own
     // tab bar one level down in the second.
@@ -179,13 +172,6 @@ TEST_F(ActionRunnerTest, NoneOfTheExtrasPresentListsThemAll) {
     EXPECT_EQ(errors(), std::vector<std::string>{"action failed: none of com.apple.menuextra.focusmode, "
                                                  "com.apple.menuextra.controlcenter is in the menu bar"});
     EXPECT_EQ(events(), std::vector<RecordedEvent>{beep});
-}
-
-TEST_F(ActionRunnerTest, AnEmptyMenuBarHasNoneOfThem) {
-    system.setControlCenterExtras({});
-    run("system", "notify");
-    EXPECT_EQ(errors(), std::vector<std::string>{
-                            "action failed: none of com.apple.menuextra.clock is in the menu bar"});
 }
 
 TEST_F(ActionRunnerTest, OfTwoExtrasWithOneIdentifierTheFirstIsPressed) {
