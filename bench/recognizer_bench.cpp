@@ -1,6 +1,8 @@
 // Recognizer throughput on the per-frame path, and the cost of matching at session end.
 #include <benchmark/benchmark.h>
 
+#include "circling_hand.h"
+
 #include <array>
 #include <cmath>
 #include <vector>
@@ -14,15 +16,7 @@ namespace {
 void BM_ProcessThreeFingerSession(benchmark::State& state) {
     GestureRecognizer recognizer;
     constexpr int period = 4096;
-    std::vector<std::array<Contact, 3>> frames(period);
-    for (int i = 0; i < period; ++i) {
-        const double dx = 0.02 * std::cos(i * 0.2);
-        const double dy = 0.02 * std::sin(i * 0.2);
-        for (std::size_t f = 0; f < 3; ++f) {
-            frames[static_cast<std::size_t>(i)][f] = {static_cast<std::int64_t>(f),
-                                                      0.4 + 0.1 * static_cast<double>(f) + dx, 0.5 + dy};
-        }
-    }
+    const auto frames = bench::circlingHand(period);
     double time = 0;
     std::size_t i = 0;
     for (auto _ : state) {

@@ -10,6 +10,7 @@
 #include "actions/recorded_event.h"
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "cli/recording_loop.h"
 #include "engine/gesture_engine.h"
 #include "engine/inert_hot_key_registrar.h"
 #include "engine/replay_touch_source.h"
@@ -136,24 +137,16 @@ int replayThroughEngine(std::istream& input, const std::string& name, const Engi
     });
     if (options.capture) engine.setCapturing(true);
 
-    RecordingReader reader(input);
-    try {
-        while (const auto event = reader.next()) {
-            // Whatever falls due up to this line runs first, in order.
-            queue.advanceTo(timeOf(*event));
-            if (const auto* frame = std::get_if<RecordedFrame>(&*event)) {
-                source.deliverFrame(frame->contacts, frame->time);
-            } else {
-                source.deliverClick(std::get<RecordedClick>(*event).overOwnWindow);
-            }
+    const int status = forEachRecordedEvent(input, name, [&](const RecordingEvent& event) {
+        // Whatever falls due up to this line runs first, in order.
+        queue.advanceTo(timeOf(event));
+        if (const auto* frame = std::get_if<RecordedFrame>(&event)) {
+            source.deliverFrame(frame->contacts, frame->time);
+        } else {
+            source.deliverClick(std::get<RecordedClick>(event).overOwnWindow);
         }
-    } catch (const RecordingError& error) {
-        printError(fmt::format("{}:{}: {}", name, error.line(), error.problem()));
-        return exitBadInput;
-    } catch (const std::runtime_error& error) {
-        printError(fmt::format("{}: {}", name, error.what()));
-        return exitBadInput;
-    }
+    });
+    if (status != exitSuccess) return status;
     // A tap still waiting for its double tap, and the last steps of an action, still happen.
     queue.runAll();
     return exitSuccess;

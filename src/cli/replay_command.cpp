@@ -13,6 +13,7 @@
 #include "cli/commands.h"
 #include "cli/custom_gestures_file.h"
 #include "cli/engine_replay.h"
+#include "cli/recording_loop.h"
 #include "cli/output.h"
 #include "gestures/gesture_json.h"
 #include "recognition/gesture_recognizer.h"
@@ -161,20 +162,10 @@ int replay(std::istream& input, const std::string& name, const ReplayOptions& op
     std::optional<TraceToOutput> trace;
     if (options.trace) trace.emplace(now);
 
-    RecordingReader reader(input);
-    try {
-        while (const auto event = reader.next()) {
-            now = timeOf(*event);
-            if (const auto gesture = feed(recognizer, *event)) printGesture(now, *gesture);
-        }
-    } catch (const RecordingError& error) {
-        printError(fmt::format("{}:{}: {}", name, error.line(), error.problem()));
-        return exitBadInput;
-    } catch (const std::runtime_error& error) {
-        printError(fmt::format("{}: {}", name, error.what()));
-        return exitBadInput;
-    }
-    return exitSuccess;
+    return forEachRecordedEvent(input, name, [&](const RecordingEvent& event) {
+        now = timeOf(event);
+        if (const auto gesture = feed(recognizer, event)) printGesture(now, *gesture);
+    });
 }
 
 int runReplay(Arguments arguments) {
