@@ -75,22 +75,28 @@ TEST(BindingsCommand, ListsByFingerCountThenCatalogOrderThenAge) {
 }
 
 TEST(BindingsCommand, TellsWhereAnUnreadableFileWentAndStartsOver) {
-    const StoreCLI store;
-    testing::writeText(store.file(), "{");
-    const CLIResult result = store.run({"bindings"});
-    ASSERT_EQ(result.status, 0);
-    EXPECT_EQ(result.outLines().size(), 4u);
+    // A number too large for a double once escaped the reader as another kind of exception.
+    const std::string overflow = R"([{"id": ")" + std::string(idA) +
+                                 R"(", "gesture": "3.tap", "action": {"appID": "browsers", "optionID": "back"}, )"
+                                 R"("createdAt": 1e999}])";
+    for (const std::string& contents : {std::string("{"), overflow}) {
+        const StoreCLI store;
+        testing::writeText(store.file(), contents);
+        const CLIResult result = store.run({"bindings"});
+        ASSERT_EQ(result.status, 0) << contents;
+        EXPECT_EQ(result.outLines().size(), 4u);
 
-    const std::vector<std::string> aside = store.sideFiles();
-    ASSERT_EQ(aside.size(), 1u);
-    EXPECT_TRUE(std::regex_match(aside[0], std::regex(R"(bindings\.corrupt-\d+\.json)"))) << aside[0];
-    EXPECT_EQ(testing::readText(store.folder() / aside[0]), "{");
-    const std::string start = "warning: " + store.file().string() + " could not be read (not valid JSON: ";
-    EXPECT_TRUE(result.err.starts_with(start)) << result.err;
-    EXPECT_TRUE(result.err.ends_with("); moved it to " + (store.folder() / aside[0]).string() +
-                                     " and started over with the 4 default bindings\n"))
-        << result.err;
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
+        const std::vector<std::string> aside = store.sideFiles();
+        ASSERT_EQ(aside.size(), 1u);
+        EXPECT_TRUE(std::regex_match(aside[0], std::regex(R"(bindings\.corrupt-\d+\.json)"))) << aside[0];
+        EXPECT_EQ(testing::readText(store.folder() / aside[0]), contents);
+        const std::string start = "warning: " + store.file().string() + " could not be read (not valid JSON: ";
+        EXPECT_TRUE(result.err.starts_with(start)) << result.err;
+        EXPECT_TRUE(result.err.ends_with("); moved it to " + (store.folder() / aside[0]).string() +
+                                         " and started over with the 4 default bindings\n"))
+            << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
+    }
 }
 
 TEST(BindingsCommand, TellsHowManyBindingsWereDroppedAndWhereTheBackupIs) {
