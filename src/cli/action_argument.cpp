@@ -32,6 +32,7 @@ std::string optionsOfKind() {
 // An application is stored as the file URL of its absolute path; bundles are folders, so their
 // URLs end in a slash.
 std::optional<URL> applicationURL(const std::string& text) {
+    if (text.empty()) return std::nullopt;  // would otherwise name the current folder
     std::error_code failed;
     std::filesystem::path path = std::filesystem::absolute(text, failed).lexically_normal();
     if (failed || !std::filesystem::exists(path, failed)) return std::nullopt;

@@ -137,6 +137,7 @@ TEST(BindCommand, TakesAnAppOnlyForTheChooseAppOptionAndStoresItsFileURL) {
         {{"openapps/app", "--app", (store.folder() / "Missing.app").string()},
          "error: --app: no such file or folder: " + (store.folder() / "Missing.app").string() + "\n"},
         {{"system/mission", "--app", app.string()}, "error: --app is only for openapps/app, not system/mission\n"},
+        {{"openapps/app", "--app", ""}, "error: --app: no such file or folder: \n"},
         {{"openapps/app", "--app", app.string(), "--shortcut", "1"},
          "error: --shortcut is only for keyboard/custom, not openapps/app\n"},
     };
