@@ -9,6 +9,9 @@ namespace ostrelle::cli {
 // Exit statuses. Bad usage and bad input share one status: either way the caller must fix
 // what it passed, and scripts need only one test.
 constexpr int exitSuccess = 0;
+// The input was well formed but the request cannot be carried out (a gesture already bound,
+// or not bound at all); what the caller passed is not the fault.
+constexpr int exitRefused = 1;
 constexpr int exitBadInput = 2;
 
 using Arguments = std::span<const std::string>;

@@ -5,10 +5,10 @@
 namespace ostrelle::cli {
 
 std::span<const Command> commands() {
-    // New subcommands (bindings, bind, actions, record, run) join this table.
+    // New subcommands (record, run) join this table.
     static const std::array table{
-        replayCommand(),
-        gesturesCommand(),
+        replayCommand(), gesturesCommand(), describeCommand(), actionsCommand(),
+        bindingsCommand(), bindCommand(),    unbindCommand(),
     };
     return table;
 }

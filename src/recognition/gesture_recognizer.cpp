@@ -304,7 +304,7 @@ void GestureRecognizer::detectScroll() {
 
 std::optional<Gesture> GestureRecognizer::endFrame(double time) {
     std::optional<Gesture> decision = endSession(time);
-    if (!ended_) ended_.emplace();
+    if (!ended_) ended_.emplace(EndedSession{});  // spelled out: clang 14 cannot default-construct a nested type with member initializers here
     ended_->time = time;
     ended_->fired = decision.has_value();
     // The old snapshot's buffers become the next session's, so a new session does not allocate.

@@ -68,7 +68,8 @@ std::vector<GestureBinding> decodeBindingsFile(std::string_view bytes) {
     json file;
     try {
         file = json::parse(bytes);
-    } catch (const json::parse_error& error) {
+    } catch (const json::exception& error) {
+        // Not only syntax errors: a number too large for a double ("1e999") is an out_of_range.
         throw BindingsFileError(std::string("not valid JSON: ") + error.what());
     }
     if (!file.is_array()) throw BindingsFileError("the file is not a JSON array of bindings");

@@ -1,0 +1,109 @@
+// Start-up cost of the binding store on a large file: every start reads the whole file and
+// writes it back normalized, so this is what a user with many bindings waits for.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "gestures/gesture_catalog.h"
+#include "store/binding_store.h"
+#include "store/bindings_file.h"
+
+namespace ostrelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t bindingCount = 1000;
+constexpr std::size_t customCount = 100;
+constexpr int shapeFingers = 3;
+constexpr double fixedCreatedAt = 753300000.25;  // seconds since 2001; any fixed date will do
+
+// A throw-away folder holding the prepared bindings file for one benchmark.
+class ScratchFolder {
+  public:
+    ScratchFolder() {
+        std::string pattern = (fs::temp_directory_path() / "ostrelle-bench-XXXXXX").string();
+        if (::mkdtemp(pattern.data()) != nullptr) folder_ = pattern;
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const fs::path& path() const { return folder_; }
+
+  private:
+    fs::path folder_;
+};
+
+// A wavy line with uneven coordinates, so that numbers are written with all their digits as a
+// recorded drawing's are.
+std::vector<Point> wave(std::size_t count, double phase) {
+    std::vector<Point> points;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double t = static_cast<double>(i) / static_cast<double>(count - 1);
+        points.push_back({std::round(t * 1000) / 1000, std::round((0.5 + 0.3 * std::sin(6 * t + phase)) * 1000) / 1000});
+    }
+    return points;
+}
+
+CustomShape shape(std::size_t index) {
+    const double phase = static_cast<double>(index);
+    std::vector<Stroke> strokes;
+    for (int finger = 0; finger < shapeFingers; ++finger) {
+        strokes.push_back(wave(CustomShape::strokePoints, phase + finger));
+    }
+    return CustomShape("Shape " + std::to_string(index), shapeFingers, wave(CustomShape::templatePoints, phase),
+                       std::move(strokes));
+}
+
+// Built-in gestures cycle through the catalog; a loaded file may repeat them, only saving refuses.
+std::vector<GestureBinding> largeBindingList() {
+    const std::vector<Gesture>& gestures = GestureCatalog::all();
+    std::vector<GestureBinding> bindings;
+    for (std::size_t i = 0; i < bindingCount; ++i) {
+        const bool custom = i % (bindingCount / customCount) == 0;
+        const Gesture gesture = custom ? Gesture::newCustom(shape(i)) : gestures[i % gestures.size()];
+        bindings.push_back(GestureBinding::make(gesture, ActionRef{"browsers", "back", {}, {}},
+                                                fixedCreatedAt + static_cast<double>(i)));
+    }
+    return bindings;
+}
+
+void BindingStoreLoadAndRewrite(benchmark::State& state) {
+    ScratchFolder scratch;
+    const fs::path file = scratch.path() / "bindings.json";
+    const std::string bytes = encodeBindingsFile(largeBindingList());
+    std::ofstream(file, std::ios::binary) << bytes;
+
+    for (auto _ : state) {
+        const BindingStore store(file, false);
+        if (store.bindings().size() != bindingCount) state.SkipWithError("bindings were lost while loading");
+        benchmark::DoNotOptimize(store.bindings().data());
+    }
+    state.counters["fileBytes"] = static_cast<double>(bytes.size());
+}
+BENCHMARK(BindingStoreLoadAndRewrite)->Unit(benchmark::kMillisecond);
+
+// The two halves of a start without the disk, to see which one a slow start is waiting for.
+void BindingsFileDecode(benchmark::State& state) {
+    const std::string bytes = encodeBindingsFile(largeBindingList());
+    for (auto _ : state) benchmark::DoNotOptimize(decodeBindingsFile(bytes));
+}
+BENCHMARK(BindingsFileDecode)->Unit(benchmark::kMillisecond);
+
+void BindingsFileEncode(benchmark::State& state) {
+    const std::vector<GestureBinding> bindings = largeBindingList();
+    for (auto _ : state) benchmark::DoNotOptimize(encodeBindingsFile(bindings));
+}
+BENCHMARK(BindingsFileEncode)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace ostrelle
