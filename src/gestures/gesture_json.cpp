@@ -1,5 +1,6 @@
 #include "gestures/gesture_json.h"
 
+#include <cmath>
 #include <optional>
 
 #include "gestures/motion.h"
@@ -16,11 +17,23 @@ Point decodePoint(const nlohmann::json& value, const std::string& path) {
     return {finiteNumber(value[0], element(path, 0)), finiteNumber(value[1], element(path, 1))};
 }
 
+// A well-formed point read without composing its path: shapes hold thousands of points, and the
+// path is only worth building for the error message.
+std::optional<Point> plainPoint(const nlohmann::json& value) {
+    if (!value.is_array() || value.size() != 2 || !value[0].is_number() || !value[1].is_number()) return std::nullopt;
+    const Point point{value[0].get<double>(), value[1].get<double>()};
+    if (!std::isfinite(point.x) || !std::isfinite(point.y)) return std::nullopt;
+    return point;
+}
+
 std::vector<Point> decodePoints(const nlohmann::json& value, const std::string& path) {
     if (!value.is_array()) throw JSONError(path, "expected an array of points");
     std::vector<Point> points;
     points.reserve(value.size());
-    for (std::size_t i = 0; i < value.size(); ++i) points.push_back(decodePoint(value[i], element(path, i)));
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const std::optional<Point> point = plainPoint(value[i]);
+        points.push_back(point ? *point : decodePoint(value[i], element(path, i)));
+    }
     return points;
 }
 
