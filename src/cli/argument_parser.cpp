@@ -22,7 +22,7 @@ std::optional<std::string> ParsedArguments::value(std::string_view option) const
     return it->second;
 }
 
-ParsedArguments parseArguments(Arguments arguments, const ArgumentSpec& spec) {
+ParsedArguments parseArguments(Arguments arguments, const ArgumentRules& rules) {
     ParsedArguments parsed;
     for (std::size_t i = 0; i < arguments.size() && !parsed.problem; ++i) {
         const std::string& argument = arguments[i];
@@ -30,9 +30,9 @@ ParsedArguments parseArguments(Arguments arguments, const ArgumentSpec& spec) {
             parsed.help = true;
             return parsed;
         }
-        if (listed(spec.flags, argument)) {
+        if (listed(rules.flags, argument)) {
             parsed.flags.insert(argument);
-        } else if (listed(spec.valued, argument)) {
+        } else if (listed(rules.valued, argument)) {
             if (i + 1 == arguments.size()) {
                 parsed.problem = fmt::format("{} needs a value", argument);
             } else if (parsed.values.contains(argument)) {
@@ -42,14 +42,14 @@ ParsedArguments parseArguments(Arguments arguments, const ArgumentSpec& spec) {
             }
         } else if (looksLikeOption(argument)) {
             parsed.problem = fmt::format("unknown option {}", argument);
-        } else if (parsed.positionals.size() == spec.positionals.size()) {
+        } else if (parsed.positionals.size() == rules.positionals.size()) {
             parsed.problem = fmt::format("unexpected argument \"{}\"", argument);
         } else {
             parsed.positionals.push_back(argument);
         }
     }
-    if (!parsed.problem && parsed.positionals.size() < spec.positionals.size()) {
-        parsed.problem = fmt::format("missing {}", spec.positionals[parsed.positionals.size()]);
+    if (!parsed.problem && parsed.positionals.size() < rules.positionals.size()) {
+        parsed.problem = fmt::format("missing {}", rules.positionals[parsed.positionals.size()]);
     }
     return parsed;
 }

@@ -13,7 +13,7 @@ namespace ostrelle::cli {
 
 // What a subcommand accepts: named positional arguments (all required), flags, and options
 // that take one value ("--file PATH").
-struct ArgumentSpec {
+struct ArgumentRules {
     std::vector<std::string_view> positionals;  // their names, as usage texts show them
     std::vector<std::string_view> flags;
     std::vector<std::string_view> valued;
@@ -30,7 +30,7 @@ struct ParsedArguments {
     std::optional<std::string> value(std::string_view option) const;
 };
 
-ParsedArguments parseArguments(Arguments arguments, const ArgumentSpec& spec);
+ParsedArguments parseArguments(Arguments arguments, const ArgumentRules& rules);
 
 // The status to exit with at once when the arguments ask for the usage text or are wrong.
 std::optional<int> finishEarly(const Command& command, const ParsedArguments& parsed);
