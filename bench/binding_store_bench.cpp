@@ -12,6 +12,7 @@
 #include "gestures/gesture_catalog.h"
 #include "store/binding_store.h"
 #include "store/bindings_file.h"
+#include "support/scratch_folder.h"
 
 namespace ostrelle {
 namespace {
@@ -23,25 +24,6 @@ constexpr std::size_t customCount = 100;
 constexpr int shapeFingers = 3;
 constexpr double fixedCreatedAt = 753300000.25;  // seconds since 2001; any fixed date will do
 
-// A throw-away folder holding the prepared bindings file for one benchmark.
-class ScratchFolder {
-  public:
-    ScratchFolder() {
-        std::string pattern = (fs::temp_directory_path() / "ostrelle-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) folder_ = pattern;
-    }
-    ~ScratchFolder() {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    const fs::path& path() const { return folder_; }
-
-  private:
-    fs::path folder_;
-};
 
 // A wavy line with uneven coordinates, so that numbers are written with all their digits as a
 // recorded drawing's are.

@@ -12,6 +12,7 @@
 #include "engine/gesture_engine.h"
 #include "engine/inert_hot_key_registrar.h"
 #include "engine/replay_touch_source.h"
+#include "support/scratch_folder.h"
 #include "support/virtual_clock_queue.h"
 
 namespace ostrelle {
@@ -19,19 +20,16 @@ namespace {
 
 // Everything an engine needs, with the bindings in a scratch folder.
 struct EngineRig {
-    EngineRig() : folder(std::filesystem::temp_directory_path() / "ostrelle-engine-bench") {
-        std::filesystem::create_directories(folder);
+    EngineRig() {
         store.emplace(folder / "bindings.json", false);
         engine.emplace(GestureEngine::Services{*store, source, system, queue, settings, hotKeys});
     }
     ~EngineRig() {
         engine.reset();
         store.reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
     }
 
-    std::filesystem::path folder;
+    ScratchFolder folder{"ostrelle-bench"};
     std::optional<BindingStore> store;
     ReplayTouchSource source;
     NoOpSystemPort system;

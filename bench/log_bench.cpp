@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/log.h"
+#include "support/scratch_folder.h"
 
 namespace {
 
@@ -13,21 +14,13 @@ namespace fs = std::filesystem;
 // The shared log pointed at a throw-away folder for the length of one benchmark.
 class ScratchLog {
   public:
-    ScratchLog() {
-        std::string pattern = (fs::temp_directory_path() / "ostrelle-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) folder_ = pattern;
-        ostrelle::Log::setFileURL(folder_ / "Ostrelle" / "Ostrelle.log");
-    }
-    ~ScratchLog() {
-        ostrelle::Log::flush();
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
+    ScratchLog() { ostrelle::Log::setFileURL(folder_ / "Ostrelle" / "Ostrelle.log"); }
+    ~ScratchLog() { ostrelle::Log::flush(); }
     ScratchLog(const ScratchLog&) = delete;
     ScratchLog& operator=(const ScratchLog&) = delete;
 
   private:
-    fs::path folder_;
+    ostrelle::ScratchFolder folder_{"ostrelle-bench"};
 };
 
 // Entries are queued far faster than the disk takes them, so the writer stays busy throughout;

@@ -1,8 +1,6 @@
 #include "cli/engine_replay.h"
 
 #include <fmt/format.h>
-#include <stdlib.h>
-
 #include <filesystem>
 #include <variant>
 
@@ -16,6 +14,7 @@
 #include "engine/replay_touch_source.h"
 #include "recognition/recording.h"
 #include "support/log.h"
+#include "support/scratch_folder.h"
 #include "support/virtual_clock_queue.h"
 
 namespace ostrelle::cli {
@@ -23,25 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Line = nlohmann::ordered_json;
-
-// The replay's own copy of the bindings, in a folder that goes away with it.
-class ScratchFolder {
-public:
-    ScratchFolder() {
-        std::string pattern = (fs::temp_directory_path() / "ostrelle-replay-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-    }
-    ~ScratchFolder() {
-        std::error_code ignored;
-        if (!path_.empty()) fs::remove_all(path_, ignored);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 // Points the process-wide sinks (recognizer trace, log) at this replay only while it runs.
 class ReplaySinks {
@@ -87,7 +67,8 @@ int replayThroughEngine(std::istream& input, const std::string& name, const Engi
         printError(fmt::format("{}: no such bindings file", options.bindingsFile));
         return exitBadInput;
     }
-    ScratchFolder scratch;
+    // The replay's own copy of the bindings, in a folder that goes away with it.
+    ScratchFolder scratch("ostrelle-replay");
     const fs::path copy = scratch.path() / "bindings.json";
     if (scratch.path().empty() || !fs::copy_file(options.bindingsFile, copy, failed)) {
         printError(fmt::format("cannot copy {} to a temporary folder: {}", options.bindingsFile, failed.message()));

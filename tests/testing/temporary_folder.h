@@ -8,31 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "support/scratch_folder.h"
+
 namespace ostrelle::testing {
 
-// A fresh folder under the system's temporary directory, removed with everything in it.
-// Tests put every file they touch here, never next to the user's own.
-class TemporaryFolder {
+// Tests put every file they touch in one of these, never next to the user's own.
+class TemporaryFolder : public ScratchFolder {
   public:
-    TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ostrelle-test-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "cannot make a temporary folder";
-        path_ = pattern;
+    TemporaryFolder() : ScratchFolder("ostrelle-test") {
+        if (path().empty()) ADD_FAILURE() << "cannot make a temporary folder";
     }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        // A test may have made the folder read-only to provoke failures.
-        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& path() const { return path_; }
-    std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
-
-  private:
-    std::filesystem::path path_;
 };
 
 inline std::string readText(const std::filesystem::path& file) {
