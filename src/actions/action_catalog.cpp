@@ -4,6 +4,7 @@
 
 #include "actions/unicode_text.h"
 #include "support/contract.h"
+#include "support/text.h"
 
 namespace ostrelle {
 namespace {
@@ -36,13 +37,6 @@ const std::map<std::string, std::string, std::less<>>& legacyOptionIDs() {
         {"newtab", "newtab"}, {"close", "close"}, {"next", "right"}, {"prev", "left"}, {"reopen", "reopen"},
     };
     return table;
-}
-
-std::string trimmedSpacesAndTabs(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return "";
-    const auto last = text.find_last_not_of(" \t");
-    return std::string(text.substr(first, last - first + 1));
 }
 
 bool hasSuffix(std::string_view text, std::string_view suffix) {
@@ -134,7 +128,7 @@ std::optional<std::string> ActionCatalog::appName(const URL& url, const AppFiles
 
 std::vector<AppActions> ActionCatalog::filtered(std::string_view query) {
     // Only spaces and tabs are trimmed: a typed line end is part of the query.
-    const std::string needle = trimmedSpacesAndTabs(query);
+    const std::string needle = trimSpacesAndTabs(query);
     if (needle.empty()) return apps();
     const auto matches = [&](const std::string& text) { return looselyContains(text, needle); };
     std::vector<AppActions> result;

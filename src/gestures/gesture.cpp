@@ -6,6 +6,7 @@
 
 #include "gestures/gesture_catalog.h"
 #include "support/contract.h"
+#include "support/text.h"
 #include "support/uuid.h"
 
 namespace ostrelle {
@@ -13,14 +14,6 @@ namespace {
 
 constexpr std::string_view customNameFallback = "Custom gesture";
 constexpr std::string_view unknownName = "Unknown gesture";
-
-// Names are trimmed of spaces and tabs only; a line end the user typed stays.
-std::string trimSpacesAndTabs(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return "";
-    const auto last = text.find_last_not_of(" \t");
-    return text.substr(first, last - first + 1);
-}
 
 std::string lowercase(std::string_view text) {
     std::string result(text);
