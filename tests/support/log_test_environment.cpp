@@ -13,6 +13,12 @@ namespace {
 class TemporaryLogEnvironment final : public ::testing::Environment {
   public:
     void SetUp() override {
+        // A death test's child dies before any teardown, so it would leave its folder behind; it
+        // gets a fixed place that exists only if the child actually logs.
+        if (!GTEST_FLAG_GET(internal_run_death_test).empty()) {
+            Log::setFileURL(std::filesystem::temp_directory_path() / "ostrelle-death-test-log" / "Ostrelle.log");
+            return;
+        }
         folder_ = std::make_unique<testing::TemporaryFolder>();
         Log::setFileURL(*folder_ / "Ostrelle" / "Ostrelle.log");
     }
