@@ -8,10 +8,10 @@
 namespace ostrelle {
 namespace {
 
-constexpr auto appIDKey = "appID";
-constexpr auto optionIDKey = "optionID";
-constexpr auto shortcutKey = "shortcut";
-constexpr auto appKey = "app";
+constexpr auto appIDKey = action_ref_keys::appID;
+constexpr auto optionIDKey = action_ref_keys::optionID;
+constexpr auto shortcutKey = action_ref_keys::shortcut;
+constexpr auto appKey = action_ref_keys::app;
 
 std::optional<KeyShortcut> tolerantShortcut(const nlohmann::json& object) {
     if (!json_read::isPresent(object, shortcutKey)) return std::nullopt;

@@ -8,8 +8,8 @@
 namespace ostrelle {
 namespace {
 
-constexpr auto keyKey = "key";
-constexpr auto modifiersKey = "modifiers";
+constexpr auto keyKey = key_shortcut_keys::key;
+constexpr auto modifiersKey = key_shortcut_keys::modifiers;
 // Virtual key codes of real keys all fit in seven bits; anything else in the file is damage.
 constexpr std::int64_t maxStoredKeyCode = 127;
 

@@ -1,13 +1,18 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
-
 #include <string>
 
-#include "support/json_error.h"
 #include "actions/key_shortcut.h"
+#include "support/json_error.h"
 
 namespace ostrelle {
+
+// Member names of the stored form, for writers that print it without building a tree.
+namespace key_shortcut_keys {
+inline constexpr const char* key = "key";
+inline constexpr const char* modifiers = "modifiers";
+}  // namespace key_shortcut_keys
 
 // The stored form of a shortcut: {"key": 17, "modifiers": ["control", "command"]}. Only the four
 // modifier keys are kept, written in their display order.

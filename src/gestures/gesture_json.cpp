@@ -49,13 +49,13 @@ std::vector<Stroke> decodeStrokes(const nlohmann::json& value, const std::string
 // The object form with a string "id"; nothing when the value does not have that form.
 std::optional<Gesture> decodeWithID(const nlohmann::json& value, const std::string& path) {
     if (!value.is_object()) return std::nullopt;
-    const auto id = value.find("id");
+    const auto id = value.find(gesture_keys::id);
     if (id == value.end() || !id->is_string()) return std::nullopt;
     Gesture gesture(id->get<std::string>());
-    if (const auto custom = value.find("custom"); custom != value.end()) {
+    if (const auto custom = value.find(gesture_keys::custom); custom != value.end()) {
         // A damaged shape costs the user the drawing, not the binding: the gesture keeps its id.
         try {
-            gesture.custom = decodeShape(*custom, member(path, "custom"));
+            gesture.custom = decodeShape(*custom, member(path, gesture_keys::custom));
         } catch (const JSONError&) {
         }
     }
@@ -87,12 +87,12 @@ Gesture decodeLegacy(const nlohmann::json& value, const std::string& path) {
 CustomShape decodeShape(const nlohmann::json& value, const std::string& path) {
     requireObject(value, path);
     CustomShape shape;
-    shape.name = string(required(value, "name", path), member(path, "name"));
-    shape.fingers = integer(required(value, "fingers", path), member(path, "fingers"));
-    // Names and hints are built from the finger count: a count no hand has is not a shape.
-    if (shape.fingers < 1 || shape.fingers > 5) throw JSONError(member(path, "fingers"), "must be 1 to 5");
-    shape.path = decodePoints(required(value, "path", path), member(path, "path"));
-    shape.strokes = decodeStrokes(required(value, "strokes", path), member(path, "strokes"));
+    const std::string fingersPath = member(path, shape_keys::fingers);
+    shape.name = string(required(value, shape_keys::name, path), member(path, shape_keys::name));
+    shape.fingers = integer(required(value, shape_keys::fingers, path), fingersPath);
+    if (!CustomShape::isHandFingerCount(shape.fingers)) throw JSONError(fingersPath, "must be 1 to 5");
+    shape.path = decodePoints(required(value, shape_keys::path, path), member(path, shape_keys::path));
+    shape.strokes = decodeStrokes(required(value, shape_keys::strokes, path), member(path, shape_keys::strokes));
     return shape;
 }
 

@@ -15,6 +15,18 @@ namespace ostrelle {
 // A gesture without shape is its bare id string; one with a shape is {"id", "custom"}.
 // A shape is {"name", "fingers", "path": [[x, y], ...], "strokes": [[[x, y], ...], ...]}.
 //
+// Member names of the stored forms, for writers that print them without building a tree.
+namespace gesture_keys {
+inline constexpr const char* id = "id";
+inline constexpr const char* custom = "custom";
+}  // namespace gesture_keys
+namespace shape_keys {
+inline constexpr const char* name = "name";
+inline constexpr const char* fingers = "fingers";
+inline constexpr const char* path = "path";
+inline constexpr const char* strokes = "strokes";
+}  // namespace shape_keys
+
 // The encoders are templates so the same code fills a key-sorted nlohmann::json (the bindings
 // file sorts its keys) and an insertion-ordered nlohmann::ordered_json (line output).
 
@@ -30,10 +42,10 @@ Json encodeShape(const CustomShape& shape) {
     Json strokes = Json::array();
     for (const Stroke& stroke : shape.strokes) strokes.push_back(encodePoints<Json>(stroke));
     Json object = Json::object();
-    object["name"] = shape.name;
-    object["fingers"] = shape.fingers;
-    object["path"] = encodePoints<Json>(shape.path);
-    object["strokes"] = std::move(strokes);
+    object[shape_keys::name] = shape.name;
+    object[shape_keys::fingers] = shape.fingers;
+    object[shape_keys::path] = encodePoints<Json>(shape.path);
+    object[shape_keys::strokes] = std::move(strokes);
     return object;
 }
 
@@ -41,8 +53,8 @@ template <class Json>
 Json encodeGesture(const Gesture& gesture) {
     if (!gesture.custom) return Json(gesture.id);
     Json object = Json::object();
-    object["id"] = gesture.id;
-    object["custom"] = encodeShape<Json>(*gesture.custom);
+    object[gesture_keys::id] = gesture.id;
+    object[gesture_keys::custom] = encodeShape<Json>(*gesture.custom);
     return object;
 }
 

@@ -33,6 +33,9 @@ struct CustomShape {
 
     bool isValid() const;
 
+    // Names and hints are built from the finger count: a count no hand has is not a shape.
+    static constexpr bool isHandFingerCount(int fingers) { return fingers >= 1 && fingers <= 5; }
+
     // Mean point-to-point distance to another template; infinite when the point counts differ.
     double distance(const std::vector<Point>& otherTemplate) const;
 
