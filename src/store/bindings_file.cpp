@@ -1,88 +1,112 @@
 #include "store/bindings_file.h"
 
-#include <algorithm>
-#include <cctype>
-#include <nlohmann/json.hpp>
-
 #include "actions/action_ref_json.h"
+#include "actions/key_shortcut_json.h"
 #include "gestures/gesture_json.h"
+#include "store/binding_json.h"
 #include "store/json_writer.h"
-#include "support/uuid.h"
 
 namespace ostrelle {
 namespace {
 
-using nlohmann::json;
+// The file is printed straight from the model, members in sorted key order: a start rewrites
+// the whole file, and building a JSON tree of thousands of shape points first would double
+// the time the user waits for.
 
-json encodeBinding(const GestureBinding& binding) {
-    return {{"id", binding.id},
-            {"gesture", encodeGesture<json>(binding.gesture)},
-            {"action", toJSON(binding.action)},
-            {"createdAt", binding.createdAt}};
-}
-
-const json& required(const json& object, const char* key) {
-    const auto it = object.find(key);
-    if (it == object.end()) throw BindingsFileError(std::string("missing \"") + key + "\"");
-    return *it;
-}
-
-// UUIDs are read in either case and kept in the canonical upper-case form.
-std::string decodeID(const json& value) {
-    if (!value.is_string()) throw BindingsFileError("\"id\" is not a string");
-    std::string id = value.get<std::string>();
-    std::transform(id.begin(), id.end(), id.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    if (!isCanonicalUUID(id)) throw BindingsFileError("\"id\" is not a UUID: " + value.get<std::string>());
-    return id;
-}
-
-GestureBinding decodeBinding(const json& value) {
-    if (!value.is_object()) throw BindingsFileError("not an object");
-    GestureBinding binding;
-    binding.id = decodeID(required(value, "id"));
-    try {
-        binding.gesture = decodeGesture(required(value, "gesture"));
-    } catch (const std::exception& error) {
-        throw BindingsFileError(std::string(error.what()));
+void writePoints(BindingsStyleWriter& out, const std::vector<Point>& points) {
+    out.beginArray();
+    for (const Point& point : points) {
+        out.beginArray();
+        out.number(point.x);
+        out.number(point.y);
+        out.endArray();
     }
-    try {
-        binding.action = actionRefFromJSON(required(value, "action"));
-    } catch (const JSONError& error) {
-        throw BindingsFileError(error.what());
+    out.endArray();
+}
+
+void writeShape(BindingsStyleWriter& out, const CustomShape& shape) {
+    out.beginObject();
+    out.key(shape_keys::fingers);
+    out.integer(shape.fingers);
+    out.key(shape_keys::name);
+    out.string(shape.name);
+    out.key(shape_keys::path);
+    writePoints(out, shape.path);
+    out.key(shape_keys::strokes);
+    out.beginArray();
+    for (const Stroke& stroke : shape.strokes) writePoints(out, stroke);
+    out.endArray();
+    out.endObject();
+}
+
+void writeGesture(BindingsStyleWriter& out, const Gesture& gesture) {
+    if (!gesture.custom) {
+        out.string(gesture.id);
+        return;
     }
-    const json& created = required(value, "createdAt");
-    if (!created.is_number()) throw BindingsFileError("\"createdAt\" is not a number");
-    binding.createdAt = created.get<double>();
-    return binding;
+    out.beginObject();
+    out.key(gesture_keys::custom);
+    writeShape(out, *gesture.custom);
+    out.key(gesture_keys::id);
+    out.string(gesture.id);
+    out.endObject();
+}
+
+void writeShortcut(BindingsStyleWriter& out, const KeyShortcut& shortcut) {
+    out.beginObject();
+    out.key(key_shortcut_keys::key);
+    out.integer(shortcut.key);
+    out.key(key_shortcut_keys::modifiers);
+    out.beginArray();
+    for (const KeyModifier& modifier : KeyShortcut::modifiers()) {
+        if ((shortcut.flags & modifier.flag) == modifier.flag) out.string(modifier.name);
+    }
+    out.endArray();
+    out.endObject();
+}
+
+void writeAction(BindingsStyleWriter& out, const ActionRef& action) {
+    out.beginObject();
+    if (action.app) {
+        out.key(action_ref_keys::app);
+        out.string(action.app->absoluteString());
+    }
+    out.key(action_ref_keys::appID);
+    out.string(action.appID);
+    out.key(action_ref_keys::optionID);
+    out.string(action.optionID);
+    if (action.shortcut) {
+        out.key(action_ref_keys::shortcut);
+        writeShortcut(out, *action.shortcut);
+    }
+    out.endObject();
+}
+
+void writeBinding(BindingsStyleWriter& out, const GestureBinding& binding) {
+    out.beginObject();
+    out.key(binding_keys::action);
+    writeAction(out, binding.action);
+    out.key(binding_keys::createdAt);
+    out.number(binding.createdAt);
+    out.key(binding_keys::gesture);
+    writeGesture(out, binding.gesture);
+    out.key(binding_keys::id);
+    out.string(binding.id);
+    out.endObject();
 }
 
 }  // namespace
 
 std::string encodeBindingsFile(const std::vector<GestureBinding>& bindings) {
-    json file = json::array();
-    for (const GestureBinding& binding : bindings) file.push_back(encodeBinding(binding));
-    return writeBindingsStyleJSON(file);
+    BindingsStyleWriter out;
+    out.beginArray();
+    for (const GestureBinding& binding : bindings) writeBinding(out, binding);
+    out.endArray();
+    return out.take();
 }
 
 std::vector<GestureBinding> decodeBindingsFile(std::string_view bytes) {
-    json file;
-    try {
-        file = json::parse(bytes);
-    } catch (const json::exception& error) {
-        // Not only syntax errors: a number too large for a double ("1e999") is an out_of_range.
-        throw BindingsFileError(std::string("not valid JSON: ") + error.what());
-    }
-    if (!file.is_array()) throw BindingsFileError("the file is not a JSON array of bindings");
-    std::vector<GestureBinding> bindings;
-    bindings.reserve(file.size());
-    for (std::size_t i = 0; i < file.size(); ++i) {
-        try {
-            bindings.push_back(decodeBinding(file[i]));
-        } catch (const BindingsFileError& error) {
-            throw BindingsFileError("binding " + std::to_string(i + 1) + ": " + error.what());
-        }
-    }
-    return bindings;
+    return decodeBindingsTree(bytes);
 }
 
 }  // namespace ostrelle

@@ -10,96 +10,143 @@ namespace {
 
 constexpr std::size_t indentWidth = 2;
 
-void writeString(std::string& out, const std::string& text) {
-    out += '"';
+void appendNumberText(std::string& out, auto value) {
+    std::array<char, 32> buffer{};  // enough for any double's shortest form and any 64-bit integer
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    out.append(buffer.data(), result.ptr);
+}
+
+}  // namespace
+
+void BindingsStyleWriter::beginValue() {
+    if (afterKey_) {
+        afterKey_ = false;
+        return;
+    }
+    if (containerHasMembers_.empty()) return;  // the top-level value
+    if (containerHasMembers_.back()) out_ += ",\n";
+    containerHasMembers_.back() = true;
+    out_.append(containerHasMembers_.size() * indentWidth, ' ');
+}
+
+void BindingsStyleWriter::beginContainer(char opening) {
+    beginValue();
+    out_ += opening;
+    out_ += '\n';
+    containerHasMembers_.push_back(false);
+}
+
+// An empty container still gets its blank line: "[\n\n]".
+void BindingsStyleWriter::endContainer(char closing) {
+    containerHasMembers_.pop_back();
+    out_ += '\n';
+    out_.append(containerHasMembers_.size() * indentWidth, ' ');
+    out_ += closing;
+}
+
+void BindingsStyleWriter::beginObject() { beginContainer('{'); }
+void BindingsStyleWriter::endObject() { endContainer('}'); }
+void BindingsStyleWriter::beginArray() { beginContainer('['); }
+void BindingsStyleWriter::endArray() { endContainer(']'); }
+
+void BindingsStyleWriter::key(std::string_view name) {
+    string(name);
+    out_ += " : ";
+    afterKey_ = true;
+}
+
+void BindingsStyleWriter::null() {
+    beginValue();
+    out_ += "null";
+}
+
+void BindingsStyleWriter::boolean(bool value) {
+    beginValue();
+    out_ += value ? "true" : "false";
+}
+
+void BindingsStyleWriter::integer(std::int64_t value) {
+    beginValue();
+    appendNumberText(out_, value);
+}
+
+void BindingsStyleWriter::unsignedInteger(std::uint64_t value) {
+    beginValue();
+    appendNumberText(out_, value);
+}
+
+void BindingsStyleWriter::number(double value) {
+    if (!std::isfinite(value)) {
+        // Not representable in JSON; the store never produces one, but a writer must not emit garbage.
+        null();
+        return;
+    }
+    beginValue();
+    // Negative zero reads back equal to zero; a plain "0" is what a reader expects to see.
+    appendNumberText(out_, value == 0 ? 0.0 : value);
+}
+
+void BindingsStyleWriter::string(std::string_view text) {
+    beginValue();
+    out_ += '"';
     for (const char ch : text) {
         const auto c = static_cast<unsigned char>(ch);
         switch (c) {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '/': out += "\\/"; break;
-            case '\b': out += "\\b"; break;
-            case '\f': out += "\\f"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
+            case '"': out_ += "\\\""; break;
+            case '\\': out_ += "\\\\"; break;
+            case '/': out_ += "\\/"; break;
+            case '\b': out_ += "\\b"; break;
+            case '\f': out_ += "\\f"; break;
+            case '\n': out_ += "\\n"; break;
+            case '\r': out_ += "\\r"; break;
+            case '\t': out_ += "\\t"; break;
             default:
                 if (c < 0x20) {
-                    out += fmt::format("\\u{:04x}", c);
+                    out_ += fmt::format("\\u{:04x}", c);
                 } else {
-                    out += ch;  // UTF-8 passes through unescaped
+                    out_ += ch;  // UTF-8 passes through unescaped
                 }
         }
     }
-    out += '"';
+    out_ += '"';
 }
 
-void writeDouble(std::string& out, double value) {
-    if (!std::isfinite(value)) {
-        // Not representable in JSON; the store never produces one, but a writer must not emit garbage.
-        out += "null";
-        return;
-    }
-    std::array<char, 32> buffer{};
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    std::string text(buffer.data(), result.ptr);
-    if (text == "-0") text = "0";
-    out += text;
-}
+namespace {
 
-void indent(std::string& out, std::size_t depth) { out.append(depth * indentWidth, ' '); }
-
-void write(std::string& out, const nlohmann::json& value, std::size_t depth) {
+void write(BindingsStyleWriter& writer, const nlohmann::json& value) {
     using Type = nlohmann::json::value_t;
     switch (value.type()) {
-        case Type::null: out += "null"; break;
-        case Type::boolean: out += value.get<bool>() ? "true" : "false"; break;
-        case Type::number_integer: out += std::to_string(value.get<std::int64_t>()); break;
-        case Type::number_unsigned: out += std::to_string(value.get<std::uint64_t>()); break;
-        case Type::number_float: writeDouble(out, value.get<double>()); break;
-        case Type::string: writeString(out, value.get_ref<const std::string&>()); break;
-        case Type::array: {
-            out += "[\n";
-            bool first = true;
-            for (const auto& element : value) {
-                if (!first) out += ",\n";
-                first = false;
-                indent(out, depth + 1);
-                write(out, element, depth + 1);
-            }
-            out += '\n';
-            indent(out, depth);
-            out += ']';
+        case Type::null: writer.null(); break;
+        case Type::boolean: writer.boolean(value.get<bool>()); break;
+        case Type::number_integer: writer.integer(value.get<std::int64_t>()); break;
+        case Type::number_unsigned: writer.unsignedInteger(value.get<std::uint64_t>()); break;
+        case Type::number_float: writer.number(value.get<double>()); break;
+        case Type::string: writer.string(value.get_ref<const std::string&>()); break;
+        case Type::array:
+            writer.beginArray();
+            for (const auto& element : value) write(writer, element);
+            writer.endArray();
             break;
-        }
-        case Type::object: {
-            out += "{\n";
-            bool first = true;
+        case Type::object:
+            writer.beginObject();
             // nlohmann keeps object members sorted by key.
             for (const auto& [key, member] : value.items()) {
-                if (!first) out += ",\n";
-                first = false;
-                indent(out, depth + 1);
-                writeString(out, key);
-                out += " : ";
-                write(out, member, depth + 1);
+                writer.key(key);
+                write(writer, member);
             }
-            out += '\n';
-            indent(out, depth);
-            out += '}';
+            writer.endObject();
             break;
-        }
         case Type::binary:
-        case Type::discarded: out += "null"; break;
+        case Type::discarded: writer.null(); break;
     }
 }
 
 }  // namespace
 
 std::string writeBindingsStyleJSON(const nlohmann::json& value) {
-    std::string out;
-    write(out, value, 0);
-    return out;
+    BindingsStyleWriter writer;
+    write(writer, value);
+    return writer.take();
 }
 
 }  // namespace ostrelle

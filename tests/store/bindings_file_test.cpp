@@ -1,7 +1,10 @@
 // The bindings file: exact bytes written, every reading failure, every tolerance.
 #include <gtest/gtest.h>
 
+#include "actions/action_ref_json.h"
+#include "gestures/gesture_json.h"
 #include "store/bindings_file.h"
+#include "store/json_writer.h"
 
 namespace ostrelle {
 namespace {
@@ -70,6 +73,27 @@ TEST(BindingsFileWriting, ExactBytesForABuiltInAndADrawnGesture) {
   }
 ])");
     EXPECT_EQ(encodeBindingsFile({}), "[\n\n]");
+}
+
+// The file is printed straight from the model; the tree of the same bindings, printed by the
+// generic writer, is the reference for member order and every number and string.
+TEST(BindingsFileWriting, PrintsWhatTheTreeOfTheSameBindingsPrints) {
+    GestureBinding drawn{"5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("4.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"),
+                         ActionRef{"keyboard", "custom", KeyShortcut{0, 0}, URL::parse("file:///Applications/A b.app/")},
+                         -0.0};
+    drawn.gesture.custom = CustomShape("Zürich \"/\" \t", 4, {{-0.0, 1e-7}, {0.30000000000000004, 123456789.125}}, {});
+    GestureBinding everyModifier{"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", Gesture("3.tap"),
+                                 ActionRef{"keyboard", "custom", KeyShortcut{127, EventFlag::shift | EventFlag::control | EventFlag::option | EventFlag::command}, {}}, 1e300};
+    const std::vector<GestureBinding> bindings{plainBinding(), drawn, everyModifier};
+
+    nlohmann::json tree = nlohmann::json::array();
+    for (const GestureBinding& b : bindings) {
+        tree.push_back({{"id", b.id},
+                        {"gesture", encodeGesture<nlohmann::json>(b.gesture)},
+                        {"action", toJSON(b.action)},
+                        {"createdAt", b.createdAt}});
+    }
+    EXPECT_EQ(encodeBindingsFile(bindings), writeBindingsStyleJSON(tree));
 }
 
 TEST(BindingsFileReading, RoundTripsWhatItWrites) {
