@@ -56,5 +56,13 @@ TEST(ReadWholeFile, TellsMissingFromUnreadable) {
     EXPECT_EQ(empty.bytes, "");
 }
 
+TEST(ReadWholeFile, ReadsLargeFilesWhole) {
+    testing::TemporaryFolder folder;
+    std::string bytes;
+    for (int i = 0; bytes.size() < 300'000; ++i) bytes += std::to_string(i) + '\n';
+    ASSERT_FALSE(writeFileAtomically(folder.path() / "large.json", bytes).has_value());
+    EXPECT_EQ(readWholeFile(folder.path() / "large.json").bytes, bytes);
+}
+
 }  // namespace
 }  // namespace ostrelle
