@@ -96,10 +96,24 @@ void writeBinding(BindingsStyleWriter& out, const GestureBinding& binding) {
     out.endObject();
 }
 
+// About what the printed file takes, so that the text is not regrown and copied as it is written.
+std::size_t expectedFileSize(const std::vector<GestureBinding>& bindings) {
+    constexpr std::size_t bytesPerBinding = 320;  // members, action, id and date, indented
+    constexpr std::size_t bytesPerPoint = 64;      // "[", two coordinates and "]" on lines of their own, deep in
+    std::size_t points = 0;
+    for (const GestureBinding& binding : bindings) {
+        if (!binding.gesture.custom) continue;
+        points += binding.gesture.custom->path.size();
+        for (const Stroke& stroke : binding.gesture.custom->strokes) points += stroke.size();
+    }
+    return bindings.size() * bytesPerBinding + points * bytesPerPoint;
+}
+
 }  // namespace
 
 std::string encodeBindingsFile(const std::vector<GestureBinding>& bindings) {
     BindingsStyleWriter out;
+    out.reserve(expectedFileSize(bindings));
     out.beginArray();
     for (const GestureBinding& binding : bindings) writeBinding(out, binding);
     out.endArray();

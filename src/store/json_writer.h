@@ -29,14 +29,27 @@ public:
     void number(double value);
     void string(std::string_view text);
 
-    std::string take() { return std::move(out_); }
+    // Room for a text of about this size, so that a large file is printed without regrowing.
+    void reserve(std::size_t bytes);
+    std::string take();
 
 private:
     void beginValue();
     void beginContainer(char opening);
     void endContainer(char closing);
+    void newLineAndIndent(std::size_t depth);
+
+    // Writing goes through room(): the buffer is kept longer than the text, and `used_` marks
+    // the end, so that each value costs one bounds check instead of one per character.
+    char* room(std::size_t bytes);
+    void put(std::string_view text) { text.copy(room(text.size()), text.size()); }
+    void put(char c) { *room(1) = c; }
+    // A number is printed into room for the longest one, and the rest given back.
+    char* numberRoom();
+    void numberWritten(const char* start, const char* end);
 
     std::string out_;
+    std::size_t used_ = 0;
     std::vector<bool> containerHasMembers_;  // one per open container, innermost last
     bool afterKey_ = false;
 };
