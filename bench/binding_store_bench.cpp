@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "gestures/gesture_catalog.h"
+#include "store/binding_json.h"
 #include "store/binding_store.h"
 #include "store/bindings_file.h"
 #include "support/scratch_folder.h"
@@ -23,7 +24,6 @@ constexpr std::size_t bindingCount = 1000;
 constexpr std::size_t customCount = 100;
 constexpr int shapeFingers = 3;
 constexpr double fixedCreatedAt = 753300000.25;  // seconds since 2001; any fixed date will do
-
 
 // A wavy line with uneven coordinates, so that numbers are written with all their digits as a
 // recorded drawing's are.
@@ -80,6 +80,13 @@ void BindingsFileDecode(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(decodeBindingsFile(bytes));
 }
 BENCHMARK(BindingsFileDecode)->Unit(benchmark::kMillisecond);
+
+// The general reader, which decides whenever the file is not in the store's own plain form.
+void BindingsFileDecodeThroughTree(benchmark::State& state) {
+    const std::string bytes = encodeBindingsFile(largeBindingList());
+    for (auto _ : state) benchmark::DoNotOptimize(decodeBindingsTree(bytes));
+}
+BENCHMARK(BindingsFileDecodeThroughTree)->Unit(benchmark::kMillisecond);
 
 void BindingsFileEncode(benchmark::State& state) {
     const std::vector<GestureBinding> bindings = largeBindingList();
