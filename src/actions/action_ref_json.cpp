@@ -8,23 +8,18 @@
 namespace ostrelle {
 namespace {
 
-constexpr auto appIDKey = action_ref_keys::appID;
-constexpr auto optionIDKey = action_ref_keys::optionID;
-constexpr auto shortcutKey = action_ref_keys::shortcut;
-constexpr auto appKey = action_ref_keys::app;
-
 std::optional<KeyShortcut> tolerantShortcut(const nlohmann::json& object) {
-    if (!json_read::isPresent(object, shortcutKey)) return std::nullopt;
+    if (!json_read::isPresent(object, action_ref_keys::shortcut)) return std::nullopt;
     try {
-        return keyShortcutFromJSON(object.at(shortcutKey));
+        return keyShortcutFromJSON(object.at(action_ref_keys::shortcut));
     } catch (const JSONError&) {
         return std::nullopt;
     }
 }
 
 std::optional<URL> tolerantApp(const nlohmann::json& object) {
-    if (!json_read::isPresent(object, appKey)) return std::nullopt;
-    const nlohmann::json& value = object.at(appKey);
+    if (!json_read::isPresent(object, action_ref_keys::app)) return std::nullopt;
+    const nlohmann::json& value = object.at(action_ref_keys::app);
     if (!value.is_string()) return std::nullopt;
     return URL::parse(value.get_ref<const std::string&>());
 }
@@ -32,9 +27,9 @@ std::optional<URL> tolerantApp(const nlohmann::json& object) {
 }  // namespace
 
 nlohmann::json toJSON(const ActionRef& ref) {
-    nlohmann::json value{{appIDKey, ref.appID}, {optionIDKey, ref.optionID}};
-    if (ref.shortcut) value[shortcutKey] = toJSON(*ref.shortcut);
-    if (ref.app) value[appKey] = ref.app->absoluteString();
+    nlohmann::json value{{action_ref_keys::appID, ref.appID}, {action_ref_keys::optionID, ref.optionID}};
+    if (ref.shortcut) value[action_ref_keys::shortcut] = toJSON(*ref.shortcut);
+    if (ref.app) value[action_ref_keys::app] = ref.app->absoluteString();
     return value;
 }
 
@@ -42,8 +37,8 @@ ActionRef actionRefFromJSON(const nlohmann::json& value, const std::string& path
     using namespace json_read;
     requireObject(value, path);
     ActionRef ref;
-    ref.appID = string(required(value, appIDKey, path), member(path, appIDKey));
-    ref.optionID = string(required(value, optionIDKey, path), member(path, optionIDKey));
+    ref.appID = string(required(value, action_ref_keys::appID, path), member(path, action_ref_keys::appID));
+    ref.optionID = string(required(value, action_ref_keys::optionID, path), member(path, action_ref_keys::optionID));
     ref.shortcut = tolerantShortcut(value);
     ref.app = tolerantApp(value);
     return ref;

@@ -8,8 +8,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr auto keyKey = key_shortcut_keys::key;
-constexpr auto modifiersKey = key_shortcut_keys::modifiers;
 // Virtual key codes of real keys all fit in seven bits; anything else in the file is damage.
 constexpr std::int64_t maxStoredKeyCode = 127;
 
@@ -20,18 +18,18 @@ nlohmann::json toJSON(const KeyShortcut& shortcut) {
     for (const KeyModifier& modifier : KeyShortcut::modifiers()) {
         if ((shortcut.flags & modifier.flag) == modifier.flag) names.push_back(modifier.name);
     }
-    return {{keyKey, shortcut.key}, {modifiersKey, std::move(names)}};
+    return {{key_shortcut_keys::key, shortcut.key}, {key_shortcut_keys::modifiers, std::move(names)}};
 }
 
 KeyShortcut keyShortcutFromJSON(const nlohmann::json& value, const std::string& path) {
     using namespace json_read;
     requireObject(value, path);
     KeyShortcut shortcut;
-    const std::string keyPath = member(path, keyKey);
-    shortcut.key = wholeNumber(required(value, keyKey, path), keyPath);
+    const std::string keyPath = member(path, key_shortcut_keys::key);
+    shortcut.key = wholeNumber(required(value, key_shortcut_keys::key, path), keyPath);
     if (shortcut.key < 0 || shortcut.key > maxStoredKeyCode) throw JSONError(keyPath, "key code out of range");
-    const std::string modifiersPath = member(path, modifiersKey);
-    const nlohmann::json& names = required(value, modifiersKey, path);
+    const std::string modifiersPath = member(path, key_shortcut_keys::modifiers);
+    const nlohmann::json& names = required(value, key_shortcut_keys::modifiers, path);
     if (!names.is_array()) throw JSONError(modifiersPath, "expected an array of strings");
     const auto& table = KeyShortcut::modifiers();
     for (std::size_t i = 0; i < names.size(); ++i) {
