@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "recognition/gesture_recognizer.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
@@ -35,7 +36,7 @@ void BM_SessionEndMatching(benchmark::State& state) {
     for (int s = 0; s < 100; ++s) {
         std::vector<Point> drawing;
         for (int k = 0; k < 40; ++k) drawing.push_back({std::cos(k * 0.1 * (1 + s % 7)), std::sin(k * 0.13 * (1 + s % 5))});
-        Gesture shape = Gesture::newCustom(CustomShape::fromDrawing(3, drawing, {drawing}));
+        Gesture shape = Gesture::newCustom(shapes::fromDrawing(3, drawing, {drawing}));
         shape.custom->name = "shape";
         ready.customs.push_back(shape);
     }

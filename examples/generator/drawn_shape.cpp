@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "recognition/gesture_recognizer.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle::examples {
 
@@ -27,9 +28,9 @@ CustomShape shapeFromFrames(int fingers, const std::vector<RecordedFrame>& frame
     }
     std::vector<Stroke> strokes;
     for (auto& [id, trail] : trails) strokes.push_back(std::move(trail));
-    if (CustomShape::length(handPath) < CustomShape::minLength)
+    if (shapes::length(handPath) < shapes::minLength)
         throw std::logic_error("the drawing is too small");
-    return CustomShape::fromDrawing(fingers, handPath, strokes);
+    return shapes::fromDrawing(fingers, handPath, strokes);
 }
 
 Gesture customGesture(CustomShape shape, const std::string& name, const std::string& uuid) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "actions/key_shortcut.h"
-#include "actions/url.h"
+#include "support/url.h"
 
 namespace ostrelle {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "actions/app_files.h"
-#include "actions/url.h"
+#include "support/url.h"
 
 namespace ostrelle {
 

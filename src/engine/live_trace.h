@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "recognition/custom_shape.h"
+#include "gestures/custom_shape.h"
 #include "support/observers.h"
 
 namespace ostrelle {

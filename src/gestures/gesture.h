@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "gestures/motion.h"
-#include "recognition/custom_shape.h"
+#include "gestures/custom_shape.h"
 
 namespace ostrelle {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "gestures/gesture.h"
-#include "recognition/custom_shape.h"
+#include "gestures/custom_shape.h"
 #include "support/json_error.h"
 #include "support/point.h"
 

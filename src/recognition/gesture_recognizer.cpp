@@ -8,6 +8,7 @@
 #include "gestures/gesture_catalog.h"
 #include "recognition/length_compare.h"
 #include "recognition/recognizer_trace.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
@@ -343,7 +344,7 @@ std::optional<Gesture> GestureRecognizer::endSession(double time) {
 
     const int peak = session_.peak;
     const bool handCount = peak >= 3 && peak <= 5;
-    if (session_.deferred || (handCount && CustomShape::length(session_.handPath) >= CustomShape::minLength)) {
+    if (session_.deferred || (handCount && shapes::length(session_.handPath) >= shapes::minLength)) {
         return customShapeStep();
     }
 

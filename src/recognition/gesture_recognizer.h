@@ -11,7 +11,7 @@
 
 #include "gestures/gesture.h"
 #include "recognition/contact.h"
-#include "recognition/custom_shape.h"
+#include "gestures/custom_shape.h"
 #include "recognition/track.h"
 #include "support/point.h"
 

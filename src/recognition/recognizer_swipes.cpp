@@ -7,6 +7,7 @@
 #include "recognition/gesture_id_buffer.h"
 #include "recognition/gesture_recognizer.h"
 #include "recognition/length_compare.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
@@ -154,34 +155,34 @@ std::optional<Gesture> GestureRecognizer::plainSwipe(const Gesture& gesture) {
 std::optional<Gesture> GestureRecognizer::customShapeStep() {
     const std::vector<Point>& path = session_.handPath;
     const int n = session_.peak;
-    const double length = CustomShape::length(path);
+    const double length = shapes::length(path);
 
-    if (length >= CustomShape::minLength) {
-        const std::vector<Point> drawn = CustomShape::templateOf(path);
+    if (length >= shapes::minLength) {
+        const std::vector<Point> drawn = shapes::templateOf(path);
         const Gesture* best = nullptr;
         double bestDistance = std::numeric_limits<double>::infinity();
         for (const Gesture& candidate : customs) {
             if (!candidate.custom || candidate.custom->fingers != n) continue;
-            const double d = candidate.custom->distance(drawn);
+            const double d = shapes::distance(*candidate.custom, drawn);
             // Strictly smaller: on a tie the shape earlier in the list keeps the match.
             if (d < bestDistance) {
                 bestDistance = d;
                 best = &candidate;
             }
         }
-        if (best && bestDistance < CustomShape::maxDistance) return *best;
+        if (best && bestDistance < shapes::maxDistance) return *best;
     }
 
     if (session_.deferred) {
         const auto def = session_.deferred->def();
-        if (!path.empty() && CustomShape::isStraight(path) && def && def->direction) {
+        if (!path.empty() && shapes::isStraight(path) && def && def->direction) {
             const Point chord{path.back().x - path.front().x, path.back().y - path.front().y};
             if (directionOf(chord.x, chord.y) == *def->direction) return session_.deferred;
         }
     }
 
-    if (recordingShapes && n >= 3 && n <= 5 && length >= CustomShape::minLength) {
-        return Gesture::newCustom(CustomShape::fromDrawing(n, path, liveStrokes()));
+    if (recordingShapes && n >= 3 && n <= 5 && length >= shapes::minLength) {
+        return Gesture::newCustom(shapes::fromDrawing(n, path, liveStrokes()));
     }
     return std::nullopt;
 }

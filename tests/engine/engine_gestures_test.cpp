@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/engine_fixture.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle::testing {
 namespace {
@@ -172,7 +173,7 @@ TEST_F(EngineGestures, TheLiveTraceFollowsTheDrawingAndClearsWhenCaptureEnds) {
 TEST_F(EngineGestures, TheRecognizerKnowsTheStoresShapesAsTheyChange) {
     engine();
     EXPECT_TRUE(engine().recognizer().customs.empty());
-    CustomShape shape = CustomShape::fromDrawing(3, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}}});
+    CustomShape shape = shapes::fromDrawing(3, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}}});
     shape.name = "L";
     ASSERT_TRUE(store.save(GestureBinding::make(Gesture::newCustom(shape), ActionRef{"browsers", "newtab", {}, {}}, 0)));
     ASSERT_EQ(engine().recognizer().customs.size(), 1U);

@@ -7,6 +7,7 @@
 
 #include "gestures/gesture_json.h"
 #include "takes.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle::testing {
 namespace {
@@ -59,8 +60,8 @@ TEST(DrawnShape, SameFigureDrawnElsewhereMatchesAStraightStrokeDoesNot) {
     Performer third(3);
     const CustomShape line = examples::shapeFromFrames(
         3, third.sample(examples::drawing(third, 3, {{0.3, 0.5}, {0.7, 0.5}}, 0.9)));
-    EXPECT_LT(shape.distance(again.path), CustomShape::maxDistance);
-    EXPECT_GT(shape.distance(line.path), CustomShape::maxDistance);
+    EXPECT_LT(shapes::distance(shape, again.path), shapes::maxDistance);
+    EXPECT_GT(shapes::distance(shape, line.path), shapes::maxDistance);
 }
 
 TEST(DrawnShape, GestureKeepsItsFixedIDAndName) {

@@ -6,6 +6,7 @@
 
 #include "gestures/gesture_catalog.h"
 #include "recognition/gesture_recognizer.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
@@ -60,7 +61,7 @@ std::vector<std::string> run(GestureRecognizer& recognizer, const std::vector<Ev
 }
 
 TEST(RecognizerProperties, RandomStreamsKeepTheInvariants) {
-    Gesture shape = Gesture::newCustom(CustomShape::fromDrawing(3, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}}}));
+    Gesture shape = Gesture::newCustom(shapes::fromDrawing(3, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}}}));
     shape.custom->name = "L";
     std::size_t total = 0;
     for (std::uint32_t seed = 1; seed <= 60; ++seed) {

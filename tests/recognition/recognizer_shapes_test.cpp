@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "recognition/touch_pad.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle::testing {
 namespace {
@@ -26,7 +27,7 @@ double drawL(TouchPad& pad, double size = 0.25) {
 void finish(TouchPad& pad, double t) { pad.liftAll().at(t + frame); }
 
 Gesture shapeGesture(const std::string& name, int fingers, std::vector<Point> drawing) {
-    CustomShape shape = CustomShape::fromDrawing(fingers, drawing, {drawing});
+    CustomShape shape = shapes::fromDrawing(fingers, drawing, {drawing});
     shape.name = name;
     return Gesture::newCustom(shape);
 }
@@ -82,7 +83,7 @@ TEST(CustomShapes, RecordingTurnsTheDrawingIntoANewShape) {
     EXPECT_EQ(recorded.custom->path.size(), CustomShape::templatePoints);
     ASSERT_EQ(recorded.custom->strokes.size(), 3U);
     EXPECT_EQ(recorded.custom->strokes[0].size(), CustomShape::strokePoints);
-    EXPECT_LT(recorded.custom->distance(lShape().custom->path), CustomShape::maxDistance);
+    EXPECT_LT(recorded.custom->distance(lShape().custom->path), shapes::maxDistance);
 }
 
 TEST(CustomShapes, APathShorterThanTheMinimumIsNeitherMatchedNorRecorded) {

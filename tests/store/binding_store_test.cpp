@@ -6,6 +6,7 @@
 #include "store/binding_store.h"
 #include "store/bindings_file.h"
 #include "testing/temporary_folder.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
@@ -38,7 +39,7 @@ std::string fileWith(const std::vector<std::pair<std::string, std::string>>& ges
 }
 
 Gesture drawnGesture(const std::string& name, int fingers = 3) {
-    CustomShape shape = CustomShape::fromDrawing(fingers, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}, {1, 1}}});
+    CustomShape shape = shapes::fromDrawing(fingers, {{0, 0}, {0, 1}, {1, 1}}, {{{0, 0}, {1, 1}}});
     shape.name = name;
     return Gesture::newCustom(shape);
 }

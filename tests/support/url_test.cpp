@@ -1,4 +1,4 @@
-#include "actions/url.h"
+#include "support/url.h"
 
 #include <gtest/gtest.h>
 

@@ -11,13 +11,11 @@ namespace ostrelle {
 using Stroke = std::vector<Point>;
 
 // A figure the user drew with three to five fingers, kept as a size- and position-free template
-// of the hand path plus the finger strokes (for drawing the shape back to the user).
+// of the hand path plus the finger strokes (for drawing the shape back to the user). How a
+// drawing becomes a template and how templates are compared is the recognizer's business.
 struct CustomShape {
     static constexpr std::size_t templatePoints = 32;  // points in a template
     static constexpr std::size_t strokePoints = 48;    // points in a stored stroke
-    static constexpr double minLength = 0.2;           // units: least hand-path length to match or record
-    static constexpr double maxDistance = 0.12;        // template units: a shape matches below this
-    static constexpr double straightMaxDeviation = 0.25;  // ratio of the chord length
 
     std::string name;  // the only field the editor changes
     int fingers = 0;
@@ -27,22 +25,10 @@ struct CustomShape {
     CustomShape() = default;
     CustomShape(std::string name, int fingers, std::vector<Point> path, std::vector<Stroke> strokes);
 
-    // Builds a shape from a recorded hand path and the finger strokes of the same session.
-    static CustomShape fromDrawing(int fingers, const std::vector<Point>& handPath,
-                                   const std::vector<Stroke>& strokes);
-
     bool isValid() const;
 
     // Names and hints are built from the finger count: a count no hand has is not a shape.
     static constexpr bool isHandFingerCount(int fingers) { return fingers >= 1 && fingers <= 5; }
-
-    // Mean point-to-point distance to another template; infinite when the point counts differ.
-    double distance(const std::vector<Point>& otherTemplate) const;
-
-    static double length(const std::vector<Point>& points);
-    static std::vector<Point> resample(const std::vector<Point>& points, std::size_t count);
-    static std::vector<Point> templateOf(const std::vector<Point>& points);
-    static bool isStraight(const std::vector<Point>& points);
 
     friend bool operator==(const CustomShape&, const CustomShape&) = default;
 };
@@ -53,5 +39,7 @@ std::size_t hashOf(const CustomShape& shape);
 
 template <>
 struct std::hash<ostrelle::CustomShape> {
-    std::size_t operator()(const ostrelle::CustomShape& shape) const noexcept { return ostrelle::hashOf(shape); }
+    std::size_t operator()(const ostrelle::CustomShape& shape) const noexcept {
+        return ostrelle::hashOf(shape);
+    }
 };

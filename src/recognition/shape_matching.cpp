@@ -1,11 +1,10 @@
-#include "recognition/custom_shape.h"
+#include "recognition/shape_matching.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
-namespace ostrelle {
+namespace ostrelle::shapes {
 namespace {
 
 // A drawing with no extent is scaled by this instead of dividing by zero.
@@ -19,7 +18,9 @@ double segment(Point a, Point b) {
     return std::sqrt(dx * dx + dy * dy);
 }
 
-double roundTo3(double value) { return std::round(value * 1000.0) / 1000.0; }
+double roundTo3(double value) {
+    return std::round(value * 1000.0) / 1000.0;
+}
 
 std::vector<Point> rounded(std::vector<Point> points) {
     for (Point& p : points) p = {roundTo3(p.x), roundTo3(p.y)};
@@ -67,7 +68,7 @@ std::vector<Stroke> normalizedStrokes(const std::vector<Stroke>& strokes) {
     std::size_t count = 0;
     for (const Stroke& stroke : strokes) {
         if (stroke.empty()) continue;
-        result.push_back(CustomShape::resample(stroke, CustomShape::strokePoints));
+        result.push_back(resample(stroke, CustomShape::strokePoints));
         for (Point p : result.back()) {
             bounds.add(p);
             sum.x += p.x;
@@ -86,35 +87,25 @@ std::vector<Stroke> normalizedStrokes(const std::vector<Stroke>& strokes) {
 
 }  // namespace
 
-CustomShape::CustomShape(std::string name_, int fingers_, std::vector<Point> path_, std::vector<Stroke> strokes_)
-    : name(std::move(name_)), fingers(fingers_), path(std::move(path_)), strokes(std::move(strokes_)) {}
-
-CustomShape CustomShape::fromDrawing(int fingers, const std::vector<Point>& handPath,
-                                     const std::vector<Stroke>& strokes) {
+CustomShape fromDrawing(int fingers, const std::vector<Point>& handPath, const std::vector<Stroke>& strokes) {
     return CustomShape("", fingers, rounded(templateOf(handPath)), normalizedStrokes(strokes));
 }
 
-bool CustomShape::isValid() const {
-    if (fingers < 3 || fingers > 5) return false;
-    if (path.size() != templatePoints || strokes.empty()) return false;
-    const auto first = name.find_first_not_of(" \t\n\r\v\f");
-    return first != std::string::npos;
-}
-
-double CustomShape::distance(const std::vector<Point>& otherTemplate) const {
+double distance(const CustomShape& shape, const std::vector<Point>& otherTemplate) {
+    const std::vector<Point>& path = shape.path;
     if (path.size() != otherTemplate.size() || path.empty()) return std::numeric_limits<double>::infinity();
     double sum = 0;
     for (std::size_t i = 0; i < path.size(); ++i) sum += segment(path[i], otherTemplate[i]);
     return sum / static_cast<double>(path.size());
 }
 
-double CustomShape::length(const std::vector<Point>& points) {
+double length(const std::vector<Point>& points) {
     double total = 0;
     for (std::size_t i = 1; i < points.size(); ++i) total += segment(points[i - 1], points[i]);
     return total;
 }
 
-std::vector<Point> CustomShape::resample(const std::vector<Point>& points, std::size_t count) {
+std::vector<Point> resample(const std::vector<Point>& points, std::size_t count) {
     std::vector<Point> result;
     if (points.empty() || count == 0) return result;
     result.reserve(count);
@@ -133,7 +124,8 @@ std::vector<Point> CustomShape::resample(const std::vector<Point>& points, std::
         const double step = segment(previous, current);
         if (walked + step >= interval) {
             const double t = (interval - walked) / step;
-            const Point emitted{previous.x + t * (current.x - previous.x), previous.y + t * (current.y - previous.y)};
+            const Point emitted{previous.x + t * (current.x - previous.x),
+                                previous.y + t * (current.y - previous.y)};
             result.push_back(emitted);
             // The emitted point starts what is left of this segment.
             previous = emitted;
@@ -148,8 +140,8 @@ std::vector<Point> CustomShape::resample(const std::vector<Point>& points, std::
     return result;
 }
 
-std::vector<Point> CustomShape::templateOf(const std::vector<Point>& points) {
-    std::vector<Point> result = resample(points, templatePoints);
+std::vector<Point> templateOf(const std::vector<Point>& points) {
+    std::vector<Point> result = resample(points, CustomShape::templatePoints);
     if (result.empty()) return result;
     const Point centre = centroidOf(result);
     Bounds bounds;
@@ -160,7 +152,7 @@ std::vector<Point> CustomShape::templateOf(const std::vector<Point>& points) {
     return result;
 }
 
-bool CustomShape::isStraight(const std::vector<Point>& points) {
+bool isStraight(const std::vector<Point>& points) {
     if (points.empty()) return false;
     const Point first = points.front();
     const double chordX = points.back().x - first.x;
@@ -174,15 +166,4 @@ bool CustomShape::isStraight(const std::vector<Point>& points) {
     });
 }
 
-std::size_t hashOf(const CustomShape& shape) {
-    std::size_t seed = std::hash<std::string>{}(shape.name);
-    hashCombine(seed, std::hash<int>{}(shape.fingers));
-    for (Point p : shape.path) hashCombine(seed, hashOf(p));
-    for (const Stroke& stroke : shape.strokes) {
-        hashCombine(seed, stroke.size());
-        for (Point p : stroke) hashCombine(seed, hashOf(p));
-    }
-    return seed;
-}
-
-}  // namespace ostrelle
+}  // namespace ostrelle::shapes

@@ -4,13 +4,13 @@
 #include <cmath>
 #include <limits>
 
-#include "recognition/custom_shape.h"
+#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
 
 TEST(Resample, EvenlySpacedAlongThePolyline) {
-    const auto points = CustomShape::resample({{0, 0}, {1, 0}, {1, 1}}, 5);
+    const auto points = shapes::resample({{0, 0}, {1, 0}, {1, 1}}, 5);
     ASSERT_EQ(points.size(), 5U);
     EXPECT_EQ(points[0], (Point{0, 0}));
     EXPECT_EQ(points[1], (Point{0.5, 0}));
@@ -20,34 +20,34 @@ TEST(Resample, EvenlySpacedAlongThePolyline) {
 }
 
 TEST(Resample, SeveralPointsOnOneLongSegment) {
-    const auto points = CustomShape::resample({{0, 0}, {0.125, 0}, {1, 0}}, 9);
+    const auto points = shapes::resample({{0, 0}, {0.125, 0}, {1, 0}}, 9);
     ASSERT_EQ(points.size(), 9U);
     for (std::size_t i = 0; i < points.size(); ++i) EXPECT_DOUBLE_EQ(points[i].x, 0.125 * static_cast<double>(i));
 }
 
 TEST(Resample, DegenerateInputs) {
-    EXPECT_TRUE(CustomShape::resample({}, 32).empty());
-    const auto still = CustomShape::resample({{0.3, 0.4}, {0.3, 0.4}}, 32);
+    EXPECT_TRUE(shapes::resample({}, 32).empty());
+    const auto still = shapes::resample({{0.3, 0.4}, {0.3, 0.4}}, 32);
     ASSERT_EQ(still.size(), 32U);
     for (Point p : still) EXPECT_EQ(p, (Point{0.3, 0.4}));
-    EXPECT_EQ(CustomShape::resample({{0.3, 0.4}}, 4).size(), 4U);
+    EXPECT_EQ(shapes::resample({{0.3, 0.4}}, 4).size(), 4U);
 }
 
 TEST(Resample, AlwaysEndsWithTheRequestedCountEvenWhenRoundingFallsShort) {
     // Thirds of a unit do not add up exactly in binary; the last point is padded in.
-    const auto points = CustomShape::resample({{0, 0}, {0.1, 0}, {0.2, 0}, {0.3, 0}, {0.7, 0}, {1, 0}}, 31);
+    const auto points = shapes::resample({{0, 0}, {0.1, 0}, {0.2, 0}, {0.3, 0}, {0.7, 0}, {1, 0}}, 31);
     ASSERT_EQ(points.size(), 31U);
     EXPECT_NEAR(points.back().x, 1.0, 1e-12);
 }
 
 TEST(Length, SumsSegments) {
-    EXPECT_EQ(CustomShape::length({}), 0.0);
-    EXPECT_EQ(CustomShape::length({{1, 1}}), 0.0);
-    EXPECT_EQ(CustomShape::length({{0, 0}, {3, 4}, {3, 5}}), 6.0);
+    EXPECT_EQ(shapes::length({}), 0.0);
+    EXPECT_EQ(shapes::length({{1, 1}}), 0.0);
+    EXPECT_EQ(shapes::length({{0, 0}, {3, 4}, {3, 5}}), 6.0);
 }
 
 TEST(Template, CentredAndScaledKeepingTheAspectRatio) {
-    const auto t = CustomShape::templateOf({{10, 10}, {12, 10}, {12, 11}});
+    const auto t = shapes::templateOf({{10, 10}, {12, 10}, {12, 11}});
     ASSERT_EQ(t.size(), CustomShape::templatePoints);
     double minX = 1e9, maxX = -1e9, minY = 1e9, maxY = -1e9, sumX = 0, sumY = 0;
     for (Point p : t) {
@@ -61,47 +61,47 @@ TEST(Template, CentredAndScaledKeepingTheAspectRatio) {
 }
 
 TEST(Template, APureDotNormalizesToTheOrigin) {
-    const auto t = CustomShape::templateOf(std::vector<Point>(5, Point{0.4, 0.6}));
+    const auto t = shapes::templateOf(std::vector<Point>(5, Point{0.4, 0.6}));
     ASSERT_EQ(t.size(), 32U);
     for (Point p : t) EXPECT_EQ(p, (Point{0, 0}));
-    EXPECT_TRUE(CustomShape::templateOf({}).empty());
+    EXPECT_TRUE(shapes::templateOf({}).empty());
 }
 
 TEST(Template, SizeAndPositionDoNotMatter) {
-    const auto small = CustomShape::templateOf({{0.1, 0.1}, {0.1, 0.2}, {0.2, 0.2}});
-    const auto large = CustomShape::templateOf({{0.3, 0.3}, {0.3, 0.9}, {0.9, 0.9}});
+    const auto small = shapes::templateOf({{0.1, 0.1}, {0.1, 0.2}, {0.2, 0.2}});
+    const auto large = shapes::templateOf({{0.3, 0.3}, {0.3, 0.9}, {0.9, 0.9}});
     const CustomShape shape("L", 3, small, {});
-    EXPECT_LT(shape.distance(large), 1e-9);
+    EXPECT_LT(shapes::distance(shape, large), 1e-9);
 }
 
 TEST(Distance, MeanPointDistanceAndInfiniteForOtherCounts) {
     const CustomShape shape("", 3, {{0, 0}, {1, 0}}, {});
-    EXPECT_EQ(shape.distance({{0, 1}, {1, 3}}), 2.0);
-    EXPECT_EQ(shape.distance({{0, 0}}), std::numeric_limits<double>::infinity());
-    EXPECT_EQ(CustomShape().distance({}), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(shapes::distance(shape, {{0, 1}, {1, 3}}), 2.0);
+    EXPECT_EQ(shapes::distance(shape, {{0, 0}}), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(shapes::distance(CustomShape(), {}), std::numeric_limits<double>::infinity());
 }
 
 TEST(Distance, NoReversalIsTried) {
-    const auto forward = CustomShape::templateOf({{0, 0}, {1, 0}, {1, 1}});
-    const auto backward = CustomShape::templateOf({{1, 1}, {1, 0}, {0, 0}});
-    EXPECT_GT(CustomShape("", 3, forward, {}).distance(backward), CustomShape::maxDistance);
+    const auto forward = shapes::templateOf({{0, 0}, {1, 0}, {1, 1}});
+    const auto backward = shapes::templateOf({{1, 1}, {1, 0}, {0, 0}});
+    EXPECT_GT(shapes::distance(CustomShape("", 3, forward, {}), backward), shapes::maxDistance);
 }
 
 TEST(Straightness, DeviationUpToAQuarterOfTheChord) {
-    EXPECT_TRUE(CustomShape::isStraight({{0, 0}, {0.5, 0.25}, {1, 0}}));
-    EXPECT_FALSE(CustomShape::isStraight({{0, 0}, {0.5, 0.2500001}, {1, 0}}));
-    EXPECT_TRUE(CustomShape::isStraight({{0, 0}, {0.5, -0.25}, {1, 0}}));
+    EXPECT_TRUE(shapes::isStraight({{0, 0}, {0.5, 0.25}, {1, 0}}));
+    EXPECT_FALSE(shapes::isStraight({{0, 0}, {0.5, 0.2500001}, {1, 0}}));
+    EXPECT_TRUE(shapes::isStraight({{0, 0}, {0.5, -0.25}, {1, 0}}));
 }
 
 TEST(Straightness, DegeneratePathsAreNotStraight) {
-    EXPECT_FALSE(CustomShape::isStraight({}));
-    EXPECT_FALSE(CustomShape::isStraight({{0.2, 0.2}}));
-    EXPECT_FALSE(CustomShape::isStraight({{0.2, 0.2}, {0.5, 0.5}, {0.2, 0.2}}));  // a closed loop has no chord
+    EXPECT_FALSE(shapes::isStraight({}));
+    EXPECT_FALSE(shapes::isStraight({{0.2, 0.2}}));
+    EXPECT_FALSE(shapes::isStraight({{0.2, 0.2}, {0.5, 0.5}, {0.2, 0.2}}));  // a closed loop has no chord
 }
 
 TEST(FromDrawing, TemplateAndStrokesRoundedToThreeDecimals) {
     const std::vector<Point> drawing{{0.1, 0.1}, {0.1, 0.4}, {0.37, 0.4}};
-    const CustomShape shape = CustomShape::fromDrawing(3, drawing, {drawing, {{0.2, 0.1}, {0.2, 0.4}}});
+    const CustomShape shape = shapes::fromDrawing(3, drawing, {drawing, {{0.2, 0.1}, {0.2, 0.4}}});
     EXPECT_EQ(shape.name, "");
     EXPECT_EQ(shape.fingers, 3);
     ASSERT_EQ(shape.path.size(), 32U);
@@ -113,7 +113,7 @@ TEST(FromDrawing, TemplateAndStrokesRoundedToThreeDecimals) {
 }
 
 TEST(Validity, NeedsFingersThirtyTwoPointsStrokesAndAName) {
-    CustomShape shape = CustomShape::fromDrawing(4, {{0, 0}, {1, 1}}, {{{0, 0}, {1, 1}}});
+    CustomShape shape = shapes::fromDrawing(4, {{0, 0}, {1, 1}}, {{{0, 0}, {1, 1}}});
     EXPECT_FALSE(shape.isValid());  // no name yet
     shape.name = " \t ";
     EXPECT_FALSE(shape.isValid());
