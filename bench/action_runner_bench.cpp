@@ -12,7 +12,7 @@ namespace {
 void BM_RunPlainShortcut(benchmark::State& state) {
     NoOpSystemPort system;
     VirtualClockQueue queue;
-    ActionRunner runner(system, queue);
+    ActionRunner runner(system, queue, ActionHost{});
     const ActionRef copy{"system", "copy", std::nullopt, std::nullopt};  // ⌘C, near the end of the catalog
     for (auto _ : state) {
         runner.run(copy);

@@ -21,16 +21,6 @@ constexpr int appsRenameMajorVersion = 26;
 constexpr std::string_view appsPath = "/System/Applications/Apps.app";
 constexpr std::string_view launchpadPath = "/System/Applications/Launchpad.app";
 
-struct HostVersion {
-    std::optional<int> macOSMajor;
-    bool used = false;
-};
-
-HostVersion& hostVersion() {
-    static HostVersion version;
-    return version;
-}
-
 // Option ids of the per-browser and per-app groups of earlier versions, by their id today.
 const std::map<std::string, std::string, std::less<>>& legacyOptionIDs() {
     static const std::map<std::string, std::string, std::less<>> table{
@@ -48,19 +38,6 @@ bool hasSuffix(std::string_view text, std::string_view suffix) {
 std::string ActionCatalog::appGridPathFor(std::optional<int> macOSMajorVersion) {
     const bool renamed = macOSMajorVersion && *macOSMajorVersion >= appsRenameMajorVersion;
     return std::string(renamed ? appsPath : launchpadPath);
-}
-
-void ActionCatalog::setHostMacOSMajorVersion(std::optional<int> version) {
-    if (hostVersion().used) contractViolation("macOS version set after the action catalog was built");
-    hostVersion().macOSMajor = version;
-}
-
-const std::string& ActionCatalog::appGridPath() {
-    static const std::string path = [] {
-        hostVersion().used = true;
-        return appGridPathFor(hostVersion().macOSMajor);
-    }();
-    return path;
 }
 
 std::optional<ActionCatalog::Entry> ActionCatalog::lookup(const ActionRef& ref) {
@@ -88,33 +65,29 @@ std::optional<ActionRef> ActionCatalog::migrated(const ActionRef& ref) {
     return std::nullopt;
 }
 
-std::string ActionCatalog::summary(const ActionRef& ref) {
+std::string ActionCatalog::summary(const ActionRef& ref, const ActionHost& host) {
     const auto entry = lookup(ref);
     if (!entry) return std::string(unknownAction);
     const ActionKind& kind = entry->option->kind;
     if (kind.is<ActionKind::ChooseApp>() && ref.app) {
-        if (auto name = appName(*ref.app)) return std::string(openPrefix) + *name;
+        if (auto name = appName(*ref.app, host.appFiles)) return std::string(openPrefix) + *name;
     }
     if (kind.is<ActionKind::CustomShortcut>() && ref.shortcut) {
-        return std::string(pressPrefix) + ref.shortcut->glyphs() + ref.shortcut->keyName();
+        return std::string(pressPrefix) + ref.shortcut->display(host.keyboardLayout);
     }
     return entry->option->label;
 }
 
-std::string ActionCatalog::pill(const ActionRef& ref) {
+std::string ActionCatalog::pill(const ActionRef& ref, const ActionHost& host) {
     const auto entry = lookup(ref);
     if (!entry) return std::string(unknownAction);
     const ActionKind& kind = entry->option->kind;
     if (kind.is<ActionKind::ChooseApp>() && ref.app)
-        return appName(*ref.app).value_or(std::string(appNotFound));
+        return appName(*ref.app, host.appFiles).value_or(std::string(appNotFound));
     if (kind.is<ActionKind::CustomShortcut>() && ref.shortcut) {
-        return ref.shortcut->glyphs() + ref.shortcut->keyName();
+        return ref.shortcut->display(host.keyboardLayout);
     }
     return entry->option->label;
-}
-
-std::optional<std::string> ActionCatalog::appName(const URL& url) {
-    return appName(url, AppFiles::current().get());
 }
 
 std::optional<std::string> ActionCatalog::appName(const URL& url, const AppFiles* files) {

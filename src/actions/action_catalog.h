@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "actions/action_host.h"
 #include "actions/action_kind.h"
 #include "actions/action_ref.h"
-#include "actions/app_files.h"
 
 namespace ostrelle {
 
@@ -45,22 +45,17 @@ class ActionCatalog {
     static const std::vector<AppActions>& apps();
 
     // Where the system's grid of applications lives: it was renamed in macOS 26.
-    static const std::string& appGridPath();
     static std::string appGridPathFor(std::optional<int> macOSMajorVersion);
-    // The running macOS version, told by the platform layer before the catalog is first used;
-    // unset on other systems.
-    static void setHostMacOSMajorVersion(std::optional<int> version);
 
     static std::optional<Entry> lookup(const ActionRef& ref);
     // A reference saved by an earlier version, brought onto the current catalog; nothing when it
     // can't be mapped. A reference that already resolves comes back unchanged.
     static std::optional<ActionRef> migrated(const ActionRef& ref);
     // The sentence shown for a binding's action.
-    static std::string summary(const ActionRef& ref);
+    static std::string summary(const ActionRef& ref, const ActionHost& host);
     // The short label shown in a capsule.
-    static std::string pill(const ActionRef& ref);
-    // The display name of an application bundle, through the current AppFiles.
-    static std::optional<std::string> appName(const URL& url);
+    static std::string pill(const ActionRef& ref, const ActionHost& host);
+    // The display name of an application bundle; nothing without files to look in.
     static std::optional<std::string> appName(const URL& url, const AppFiles* files);
     // The catalog narrowed to what a search text finds.
     static std::vector<AppActions> filtered(std::string_view query);

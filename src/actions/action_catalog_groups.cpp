@@ -122,7 +122,7 @@ AppActions systemActions() {
         entry("desktop", "Show Desktop", "F11", ActionKind::shortcut(103, fn),
               "Needs “Show Desktop” (F11) on in System Settings → Keyboard → Keyboard Shortcuts → "
               "Mission Control (on by default)."),
-        entry("grid", "App Grid", "", ActionKind::openApp(ActionCatalog::appGridPath())),
+        entry("grid", "App Grid", "", ActionKind::openAppGrid()),
         entry("search", "Search", "⌘Space", ActionKind::shortcut(49, command),
               "Needs “Show Spotlight search” (⌘Space) on in System Settings → Keyboard → Keyboard "
               "Shortcuts → "

@@ -8,10 +8,10 @@ namespace ostrelle {
 namespace {
 
 // Indexed like ActionKind::Value's alternatives.
-constexpr std::array<std::string_view, 13> caseNames{
-    "shortcut",         "selectTab",      "switchApp",   "switchWindow", "openApp",
-    "dockNotification", "menuExtra",      "switchSpace", "mediaKey",     "commandClick",
-    "duplicateTab",     "customShortcut", "chooseApp",
+constexpr std::array<std::string_view, 14> caseNames{
+    "shortcut",     "selectTab",        "switchApp",      "switchWindow", "openApp",
+    "openAppGrid",  "dockNotification", "menuExtra",      "switchSpace",  "mediaKey",
+    "commandClick", "duplicateTab",     "customShortcut", "chooseApp",
 };
 static_assert(caseNames.size() == std::variant_size_v<ActionKind::Value>);
 
@@ -26,6 +26,7 @@ struct PayloadHash {
     std::size_t operator()(const ActionKind::SwitchApp& k) const { return hashValue(k.reverse); }
     std::size_t operator()(const ActionKind::SwitchWindow& k) const { return hashValue(k.reverse); }
     std::size_t operator()(const ActionKind::OpenApp& k) const { return hashValue(k.path); }
+    std::size_t operator()(const ActionKind::OpenAppGrid&) const { return 0; }
     std::size_t operator()(const ActionKind::DockNotification& k) const { return hashValue(k.name); }
     std::size_t operator()(const ActionKind::MenuExtra& k) const {
         std::size_t seed = k.identifiers.size();

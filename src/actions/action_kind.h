@@ -33,6 +33,9 @@ struct ActionKind {
         std::string path;
         friend bool operator==(const OpenApp&, const OpenApp&) = default;
     };
+    struct OpenAppGrid {  // open the system's grid of applications, wherever this system keeps it
+        friend bool operator==(const OpenAppGrid&, const OpenAppGrid&) = default;
+    };
     struct DockNotification {  // post this Dock notification
         std::string name;
         friend bool operator==(const DockNotification&, const DockNotification&) = default;
@@ -63,8 +66,8 @@ struct ActionKind {
     };
 
     using Value =
-        std::variant<Shortcut, SelectTab, SwitchApp, SwitchWindow, OpenApp, DockNotification, MenuExtra,
-                     SwitchSpace, MediaKey, CommandClick, DuplicateTab, CustomShortcut, ChooseApp>;
+        std::variant<Shortcut, SelectTab, SwitchApp, SwitchWindow, OpenApp, OpenAppGrid, DockNotification,
+                     MenuExtra, SwitchSpace, MediaKey, CommandClick, DuplicateTab, CustomShortcut, ChooseApp>;
 
     Value value;
 
@@ -75,6 +78,7 @@ struct ActionKind {
     static ActionKind switchApp(bool reverse) { return {SwitchApp{reverse}}; }
     static ActionKind switchWindow(bool reverse) { return {SwitchWindow{reverse}}; }
     static ActionKind openApp(std::string path) { return {OpenApp{std::move(path)}}; }
+    static ActionKind openAppGrid() { return {OpenAppGrid{}}; }
     static ActionKind dockNotification(std::string name) { return {DockNotification{std::move(name)}}; }
     static ActionKind menuExtra(std::vector<std::string> identifiers) {
         return {MenuExtra{std::move(identifiers)}};

@@ -54,10 +54,10 @@ std::int64_t mediaKeyData1(std::int32_t code, std::uint32_t state) {
 }
 
 std::string pipelineLine(const ActionRef& action, const ActionOption& option,
-                         const std::optional<std::string>& frontmostID) {
+                         const std::optional<std::string>& frontmostID, const KeyboardLayout* layout) {
     std::string keys = option.keys;
     if (option.kind.is<ActionKind::CustomShortcut>()) {
-        keys = action.shortcut ? action.shortcut->display() : std::string(noShortcutRecorded);
+        keys = action.shortcut ? action.shortcut->display(layout) : std::string(noShortcutRecorded);
     }
     return "sending " + option.label + " (" + keys + ") to " +
            frontmostID.value_or(std::string(noFrontmostApp));
@@ -106,6 +106,7 @@ struct ActionRunner::Dispatch {
     // These were handled before the permission check and can't arrive here; should one slip
     // through, the user hears that nothing happened.
     void operator()(const ActionKind::OpenApp&) const { runner.system_.feedback().beep(); }
+    void operator()(const ActionKind::OpenAppGrid&) const { runner.system_.feedback().beep(); }
     void operator()(const ActionKind::DockNotification&) const { runner.system_.feedback().beep(); }
     void operator()(const ActionKind::ChooseApp&) const { runner.system_.feedback().beep(); }
 };
@@ -120,7 +121,7 @@ void ActionRunner::run(const ActionRef& action) {
 
     // Opening things and the Dock work without the accessibility permission.
     if (kind.is<ActionKind::ChooseApp>()) {
-        if (action.app && ActionCatalog::appName(*action.app)) {
+        if (action.app && ActionCatalog::appName(*action.app, host_.appFiles)) {
             system_.workspace().openApplication(action.app->path());
         } else {
             fail(system_, missingAppText);
@@ -135,13 +136,18 @@ void ActionRunner::run(const ActionRef& action) {
         system_.workspace().openApplication(open->path);
         return;
     }
+    if (kind.is<ActionKind::OpenAppGrid>()) {
+        system_.workspace().openApplication(ActionCatalog::appGridPathFor(host_.macOSMajorVersion));
+        return;
+    }
 
     if (!system_.accessibility().isProcessTrusted()) {
         fail(system_, untrustedText);
         return;
     }
     const std::optional<std::string> frontmostID = system_.workspace().frontmostApplicationID();
-    Log::pipeline().write(LogPipeline::Type::standard, pipelineLine(action, *entry->option, frontmostID));
+    Log::pipeline().write(LogPipeline::Type::standard,
+                          pipelineLine(action, *entry->option, frontmostID, host_.keyboardLayout));
     std::visit(Dispatch{*this, action, frontmostID}, kind.value);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "actions/action_host.h"
 #include "actions/action_kind.h"
 #include "actions/action_ref.h"
 #include "actions/event_flags.h"
@@ -29,8 +30,9 @@ class ActionRunner {
     // Browsers whose private window is ⇧⌘P rather than ⇧⌘N.
     static const std::set<std::string, std::less<>>& firefoxIDs();
 
-    // Both must outlive every step the runner schedules on the queue.
-    ActionRunner(SystemPort& system, MainQueue& queue) : system_(system), queue_(queue) {}
+    // System and queue must outlive every step the runner schedules on the queue.
+    ActionRunner(SystemPort& system, MainQueue& queue, const ActionHost& host)
+        : system_(system), queue_(queue), host_(host) {}
 
     void run(const ActionRef& action);
 
@@ -51,6 +53,7 @@ class ActionRunner {
 
     SystemPort& system_;
     MainQueue& queue_;
+    ActionHost host_;
 };
 
 }  // namespace ostrelle

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,11 +21,6 @@ class AppFiles {
     // The identifier of the bundle at the path; nothing when it can't be read or has none.
     virtual std::optional<std::string> bundleIdentifier(const std::string& path) const = 0;
     virtual std::string homeDirectory() const = 0;
-
-    // The instance the catalog's texts and the app list use; set by the platform layer at start,
-    // on the main thread. Null (the default) means no application can be found.
-    static void setCurrent(std::shared_ptr<const AppFiles> files);
-    static std::shared_ptr<const AppFiles> current();
 };
 
 }  // namespace ostrelle

@@ -35,12 +35,6 @@ const URL& InstalledApps::finder() {
     return url;
 }
 
-std::vector<URL> InstalledApps::scan() {
-    const auto files = AppFiles::current();
-    if (!files) return {};
-    return scan(*files);
-}
-
 std::vector<URL> InstalledApps::scan(const AppFiles& files) {
     std::vector<URL> candidates;
     for (const std::string& folder : folders(files.homeDirectory())) {

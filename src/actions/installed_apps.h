@@ -17,8 +17,7 @@ class InstalledApps {
     // Always listed: it lives in none of the folders.
     static const URL& finder();
 
-    // A fresh scan of the folders through the current AppFiles; empty without one.
-    static std::vector<URL> scan();
+    // A fresh scan of the folders.
     static std::vector<URL> scan(const AppFiles& files);
 };
 

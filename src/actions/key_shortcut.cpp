@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "actions/keyboard_layout.h"
 #include "actions/unicode_text.h"
 #include "support/contract.h"
 #include "support/point.h"
@@ -21,8 +20,7 @@ bool contains(const KeyShortcut::KeyNames& table, std::int64_t key) {
 
 }  // namespace
 
-std::optional<std::string> KeyShortcut::layoutName(std::int64_t key) {
-    const auto layout = KeyboardLayout::current();
+std::optional<std::string> KeyShortcut::layoutName(std::int64_t key, const KeyboardLayout* layout) {
     if (!layout) return std::nullopt;
     if (key < 0 || key > std::numeric_limits<std::uint16_t>::max()) {
         contractViolation("key code outside 0...65535 given to the keyboard layout");
@@ -43,18 +41,18 @@ std::string KeyShortcut::glyphs() const {
     return result;
 }
 
-std::string KeyShortcut::keyName() const {
+std::string KeyShortcut::keyName(const KeyboardLayout* layout) const {
     // The fixed tables win over the layout, so Space and Esc never take a layout's name.
     for (const KeyNames* table : {&functionKeys(), &arrowKeys(), &navigationKeys(), &otherKeys()}) {
         const auto it = table->find(key);
         if (it != table->end()) return it->second;
     }
-    if (auto name = layoutName(key)) return *name;
+    if (auto name = layoutName(key, layout)) return *name;
     return std::string(unnamedKeyPrefix) + std::to_string(key);
 }
 
-std::string KeyShortcut::display() const {
-    return glyphs() + keyName();
+std::string KeyShortcut::display(const KeyboardLayout* layout) const {
+    return glyphs() + keyName(layout);
 }
 
 EventFlags KeyShortcut::eventFlags() const {

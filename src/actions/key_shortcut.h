@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "actions/event_flags.h"
+#include "actions/keyboard_layout.h"
 
 namespace ostrelle {
 
@@ -38,13 +39,14 @@ struct KeyShortcut {
     static const KeyNames& navigationKeys();
     static const KeyNames& otherKeys();
 
-    // The name the current keyboard layout gives a key, upper-cased; nothing for a blank.
-    // A key code outside 0…65535 is a programming error once a layout is asked.
-    static std::optional<std::string> layoutName(std::int64_t key);
+    // The name a keyboard layout gives a key, upper-cased; nothing for a blank or without a
+    // layout. A key code outside 0…65535 is a programming error once a layout is asked.
+    static std::optional<std::string> layoutName(std::int64_t key, const KeyboardLayout* layout);
 
     std::string glyphs() const;
-    std::string keyName() const;
-    std::string display() const;
+    // Keys without a fixed name are named by the layout, or "Key N" without one.
+    std::string keyName(const KeyboardLayout* layout) const;
+    std::string display(const KeyboardLayout* layout) const;
     EventFlags eventFlags() const;
     bool isGlobal() const;
     std::uint32_t carbonModifiers() const;

@@ -12,7 +12,7 @@ nlohmann::ordered_json bindingLine(const GestureBinding& binding) {
     line["gesture"] = binding.gesture.id;
     line["name"] = binding.gesture.displayName();
     line["action"] = actionPath(binding.action);
-    line["summary"] = ActionCatalog::summary(binding.action);
+    line["summary"] = ActionCatalog::summary(binding.action, ActionHost{});
     line["id"] = binding.id;
     return line;
 }

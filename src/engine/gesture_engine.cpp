@@ -28,7 +28,7 @@ std::optional<KeyShortcut> storedToggleShortcut(const Settings& settings) {
 }  // namespace
 
 GestureEngine::GestureEngine(Services services)
-    : services_(std::move(services)), runner_(services_.system, services_.queue) {
+    : services_(std::move(services)), runner_(services_.system, services_.queue, services_.host) {
     isEnabled_ = services_.settings.boolValue(settings_keys::listening).value_or(true);
 
     if (auto shortcut = storedToggleShortcut(services_.settings); shortcut && shortcut->isGlobal()) {
@@ -64,7 +64,7 @@ void GestureEngine::apply() {
     cancelPendingTap();
     GestureRecognizer fresh;
     fresh.customs = std::move(recognizer_.customs);
-    fresh.recordingShapes = capturing_;
+    fresh.recordingShapes = isCapturing_;
     recognizer_ = std::move(fresh);
     updateReading();
     ignoreSession_ = false;
@@ -115,7 +115,6 @@ void GestureEngine::setCapturing(bool capturing) {
     // A session already under way when capture starts is not what the user is about to show us.
     if (capturing && !was && recognizer_.touching() > 0) ignoreSession_ = true;
     if (!capturing) cancelPendingTap();
-    capturing_ = capturing;
     recognizer_.recordingShapes = capturing;
     if (!capturing && !liveTrace_.strokes().empty()) liveTrace_.setStrokes({});
     updateReading();
@@ -155,12 +154,13 @@ void GestureEngine::setToggleShortcut(const std::optional<KeyShortcut>& shortcut
 void GestureEngine::suspendToggleShortcut(bool suspended) { hotKey().setSuspended(suspended); }
 
 std::optional<std::string> GestureEngine::registrationError(HotKeyRegistrar::Status status,
-                                                            const std::optional<KeyShortcut>& shortcut) {
+                                                            const std::optional<KeyShortcut>& shortcut) const {
     if (status == HotKeyRegistrar::success || !shortcut) return std::nullopt;
+    const KeyboardLayout* layout = services_.host.keyboardLayout;
     if (status == HotKeyRegistrar::alreadyTaken) {
-        return shortcut->display() + " is already used by another app. Pick another.";
+        return shortcut->display(layout) + " is already used by another app. Pick another.";
     }
-    return "macOS couldn't register " + shortcut->display() + " (error " + std::to_string(status) + ").";
+    return "macOS couldn't register " + shortcut->display(layout) + " (error " + std::to_string(status) + ").";
 }
 
 std::string GestureEngine::defaultTimeFormat(double unixSeconds) {

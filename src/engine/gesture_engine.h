@@ -47,6 +47,7 @@ public:
         WallClock clock = systemWallClock();
         // How the restart log line shows the last touch (local date and time).
         std::function<std::string(double unixSeconds)> formatTime = defaultTimeFormat;
+        ActionHost host = {};  // copied; what it points to must outlive the engine too
     };
 
     static constexpr double startRetryDelay = 2.0;  // seconds between attempts while the source fails
@@ -87,8 +88,8 @@ public:
     void systemDidWake();
 
     const GestureRecognizer& recognizer() const { return recognizer_; }
-    static std::optional<std::string> registrationError(HotKeyRegistrar::Status status,
-                                                        const std::optional<KeyShortcut>& shortcut);
+    std::optional<std::string> registrationError(HotKeyRegistrar::Status status,
+                                                 const std::optional<KeyShortcut>& shortcut) const;
     static std::string defaultTimeFormat(double unixSeconds);
 
 private:
@@ -131,9 +132,6 @@ private:
     TaskHandle pendingTap_;
     bool ignoreSession_ = false;
     bool retryPending_ = false;
-    bool capturing_ = false;
-    bool reading_ = false;
-    bool sawTouches_ = false;
     std::size_t tracedPoints_ = 0;
     std::optional<double> lastTouchAt_;
     ObserverList::Token customsUpdates_ = 0;

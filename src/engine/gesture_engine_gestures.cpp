@@ -9,15 +9,12 @@ namespace ostrelle {
 void GestureEngine::handle(std::span<const Contact> contacts, double time) {
     if (!contacts.empty()) {
         lastTouchAt_ = services_.clock();
-        if (!sawTouches_) {
-            sawTouches_ = true;
-            publish(receivedTouches_, true);
-        }
+        publish(receivedTouches_, true);
     }
     const std::optional<Gesture> gesture = recognizer_.process(contacts, time);
     updateReading();
     // The preview is republished only when the drawing gained a point.
-    if (capturing_ && recognizer_.pathCount() != tracedPoints_) {
+    if (isCapturing_ && recognizer_.pathCount() != tracedPoints_) {
         tracedPoints_ = recognizer_.pathCount();
         liveTrace_.setStrokes(recognizer_.liveStrokes());
     }
@@ -100,10 +97,7 @@ void GestureEngine::run(const Gesture& gesture) {
 }
 
 void GestureEngine::updateReading() {
-    const bool reading = capturing_ && recognizer_.touching() > 1 && !recognizer_.consumed();
-    if (reading == reading_) return;
-    reading_ = reading;
-    publish(isReading_, reading);
+    publish(isReading_, isCapturing_ && recognizer_.touching() > 1 && !recognizer_.consumed());
 }
 
 }  // namespace ostrelle

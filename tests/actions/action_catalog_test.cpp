@@ -12,7 +12,6 @@ namespace {
 
 using testing::FakeAppFiles;
 using testing::FakeKeyboardLayout;
-using testing::ScopedCurrent;
 
 ActionRef ref(std::string appID, std::string optionID) {
     return {std::move(appID), std::move(optionID), {}, {}};
@@ -87,69 +86,70 @@ TEST(ActionCatalogMigrationExtras, ResolvingReferenceKeepsItsExtrasAndOldOnesLos
 }
 
 TEST(ActionCatalogTexts, UnknownReferences) {
-    EXPECT_EQ(ActionCatalog::summary(ref("nowhere", "x")), "Unknown action");
-    EXPECT_EQ(ActionCatalog::pill(ref("system", "x")), "Unknown action");
+    EXPECT_EQ(ActionCatalog::summary(ref("nowhere", "x"), ActionHost{}), "Unknown action");
+    EXPECT_EQ(ActionCatalog::pill(ref("system", "x"), ActionHost{}), "Unknown action");
 }
 
 TEST(ActionCatalogTexts, PlainOptionsShowTheirLabel) {
-    EXPECT_EQ(ActionCatalog::summary(ref("system", "mission")), "Mission Control");
-    EXPECT_EQ(ActionCatalog::pill(ref("browsers", "linktab")), "Open link in new tab");
+    EXPECT_EQ(ActionCatalog::summary(ref("system", "mission"), ActionHost{}), "Mission Control");
+    EXPECT_EQ(ActionCatalog::pill(ref("browsers", "linktab"), ActionHost{}), "Open link in new tab");
     // Extras on an option that doesn't use them change nothing.
     ActionRef copy = ref("system", "copy");
     copy.shortcut = KeyShortcut{40, EventFlag::command};
-    EXPECT_EQ(ActionCatalog::summary(copy), "Copy");
-    EXPECT_EQ(ActionCatalog::pill(copy), "Copy");
+    EXPECT_EQ(ActionCatalog::summary(copy, ActionHost{}), "Copy");
+    EXPECT_EQ(ActionCatalog::pill(copy, ActionHost{}), "Copy");
 }
 
 TEST(ActionCatalogTexts, CustomShortcut) {
     auto layout = std::make_shared<FakeKeyboardLayout>(std::map<std::uint16_t, std::string>{{40, "k"}});
-    ScopedCurrent<KeyboardLayout> scoped(layout);
+    const ActionHost host{layout.get(), nullptr, std::nullopt};
     ActionRef custom = ref("keyboard", "custom");
-    EXPECT_EQ(ActionCatalog::summary(custom), "Custom shortcut");
-    EXPECT_EQ(ActionCatalog::pill(custom), "Custom shortcut");
+    EXPECT_EQ(ActionCatalog::summary(custom, host), "Custom shortcut");
+    EXPECT_EQ(ActionCatalog::pill(custom, host), "Custom shortcut");
     custom.shortcut = KeyShortcut{40, EventFlag::shift | EventFlag::command};
-    EXPECT_EQ(ActionCatalog::summary(custom), "Press ⇧⌘K");
-    EXPECT_EQ(ActionCatalog::pill(custom), "⇧⌘K");
+    EXPECT_EQ(ActionCatalog::summary(custom, host), "Press ⇧⌘K");
+    EXPECT_EQ(ActionCatalog::pill(custom, host), "⇧⌘K");
     custom.shortcut = KeyShortcut{110, EventFlag::command | EventFlag::control};
-    EXPECT_EQ(ActionCatalog::pill(custom), "⌃⌘Key 110");
+    EXPECT_EQ(ActionCatalog::pill(custom, host), "⌃⌘Key 110");
 }
 
 class ActionCatalogApps : public ::testing::Test {
   protected:
-    ActionCatalogApps() : scoped_(files_) {
+    ActionCatalogApps() {
         files_->addBundle("/Applications", "Preview.app", "com.example.preview");
         files_->addBundle("/Applications", "Notes.app", std::nullopt, "Notes");
         files_->addBundle("/Applications", "Tools", std::nullopt);              // a plain folder
         files_->folders["/Applications"].push_back("/Applications/Stray.app");  // a file, not a directory
     }
 
+    ActionHost host() const { return {nullptr, files_.get(), std::nullopt}; }
+
     std::shared_ptr<FakeAppFiles> files_ = std::make_shared<FakeAppFiles>();
-    ScopedCurrent<AppFiles> scoped_;
 };
 
 TEST_F(ActionCatalogApps, AppNameNeedsAnExistingAppDirectory) {
-    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Preview.app")), "Preview");
-    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Notes.app")),
+    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Preview.app"), files_.get()), "Preview");
+    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Notes.app"), files_.get()),
               "Notes");  // extension already hidden
-    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file:///Applications/Preview.app")), "Preview");
-    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file://localhost/Applications/Preview.app/")), "Preview");
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Tools")));
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Stray.app")));
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Gone.app")));
-    EXPECT_FALSE(ActionCatalog::appName(*URL::parse("https://example.com/Preview.app")));
+    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file:///Applications/Preview.app"), files_.get()), "Preview");
+    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file://localhost/Applications/Preview.app/"), files_.get()), "Preview");
+    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Tools"), files_.get()));
+    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Stray.app"), files_.get()));
+    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Gone.app"), files_.get()));
+    EXPECT_FALSE(ActionCatalog::appName(*URL::parse("https://example.com/Preview.app"), files_.get()));
     EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Preview.app"), nullptr));
 }
 
 TEST_F(ActionCatalogApps, ChosenAppTexts) {
     ActionRef open = ref("openapps", "app");
-    EXPECT_EQ(ActionCatalog::summary(open), "Open an app");
-    EXPECT_EQ(ActionCatalog::pill(open), "Open an app");
+    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open an app");
+    EXPECT_EQ(ActionCatalog::pill(open, host()), "Open an app");
     open.app = appURL("/Applications/Preview.app");
-    EXPECT_EQ(ActionCatalog::summary(open), "Open Preview");
-    EXPECT_EQ(ActionCatalog::pill(open), "Preview");
+    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open Preview");
+    EXPECT_EQ(ActionCatalog::pill(open, host()), "Preview");
     open.app = appURL("/Applications/Deleted.app");
-    EXPECT_EQ(ActionCatalog::summary(open), "Open an app");
-    EXPECT_EQ(ActionCatalog::pill(open), "App not found");
+    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open an app");
+    EXPECT_EQ(ActionCatalog::pill(open, host()), "App not found");
 }
 
 std::vector<std::string> shape(const std::vector<AppActions>& apps) {

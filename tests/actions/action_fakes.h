@@ -71,19 +71,4 @@ class FakeAppFiles : public AppFiles {
     std::string homeDirectory() const override { return home; }
 };
 
-// Installs a process-wide port for one test and puts the previous one back afterwards.
-template <typename Port>
-class ScopedCurrent {
-  public:
-    explicit ScopedCurrent(std::shared_ptr<const Port> port) : previous_(Port::current()) {
-        Port::setCurrent(std::move(port));
-    }
-    ~ScopedCurrent() { Port::setCurrent(previous_); }
-    ScopedCurrent(const ScopedCurrent&) = delete;
-    ScopedCurrent& operator=(const ScopedCurrent&) = delete;
-
-  private:
-    std::shared_ptr<const Port> previous_;
-};
-
 }  // namespace ostrelle::testing

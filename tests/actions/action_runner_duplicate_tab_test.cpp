@@ -143,7 +143,7 @@ TEST_F(DuplicateTabTest, TwoOverlappingRunsEachFinishTheirOwnChain) {
 TEST_F(DuplicateTabTest, StepsStillRunAfterTheRunnerIsGone) {
     system.copiesOnCommandC = address;
     {
-        ActionRunner shortLived(system, queue);
+        ActionRunner shortLived(system, queue, ActionHost{});
         shortLived.run(testing::actionRef("browsers", "duplicate"));
     }
     queue.runAll();

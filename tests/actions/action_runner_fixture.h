@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "action_fakes.h"
 #include "actions/action_runner.h"
 #include "actions/dry_run_system_port.h"
 #include "support/log.h"
@@ -65,7 +66,8 @@ class ActionRunnerTest : public ::testing::Test {
 
     DryRunSystemPort system;
     VirtualClockQueue queue;
-    ActionRunner runner{system, queue};
+    FakeAppFiles apps;  // a made-up disk, empty until a test adds bundles
+    ActionRunner runner{system, queue, ActionHost{nullptr, &apps, std::nullopt}};
 
   private:
     std::mutex mutex_;

@@ -10,7 +10,6 @@ namespace ostrelle {
 namespace {
 
 using testing::FakeAppFiles;
-using testing::ScopedCurrent;
 
 std::vector<std::string> paths(const std::vector<URL>& urls) {
     std::vector<std::string> result;
@@ -93,18 +92,6 @@ TEST_F(InstalledAppsScan, URLsAreDirectoryFileURLs) {
     const auto urls = InstalledApps::scan(files);
     ASSERT_EQ(urls.size(), 2u);
     EXPECT_EQ(urls[1].absoluteString(), "file:///Applications/My%20App.app/");
-}
-
-TEST(InstalledAppsCurrent, UsesTheProcessWideFiles) {
-    {
-        ScopedCurrent<AppFiles> none(nullptr);
-        EXPECT_TRUE(InstalledApps::scan().empty());
-    }
-    auto files = std::make_shared<FakeAppFiles>();
-    files->addBundle(files->home + "/Applications", "Mine.app", std::nullopt);
-    ScopedCurrent<AppFiles> scoped(files);
-    EXPECT_EQ(paths(InstalledApps::scan()),
-              (std::vector<std::string>{"/Users/tester/Applications/Mine.app"}));
 }
 
 }  // namespace

@@ -12,7 +12,6 @@ namespace ostrelle {
 namespace {
 
 using testing::FakeKeyboardLayout;
-using testing::ScopedCurrent;
 
 constexpr EventFlags shift = EventFlag::shift;
 constexpr EventFlags control = EventFlag::control;
@@ -78,7 +77,7 @@ class KeyShortcutBehaviour : public ::testing::TestWithParam<ShortcutCase> {};
 
 TEST_P(KeyShortcutBehaviour, DisplayFlagsAndHotKeyUse) {
     const ShortcutCase& c = GetParam();
-    EXPECT_EQ(c.shortcut.display(), c.display);
+    EXPECT_EQ(c.shortcut.display(nullptr), c.display);
     EXPECT_EQ(c.shortcut.eventFlags(), c.eventFlags);
     EXPECT_EQ(c.shortcut.isGlobal(), c.isGlobal);
     EXPECT_EQ(c.shortcut.carbonModifiers(), c.carbon);
@@ -121,54 +120,49 @@ TEST(KeyShortcutValue, EqualityAndHashCoverBothFields) {
 }
 
 TEST(KeyShortcutLayout, WithoutLayoutUnnamedKeysReadKeyN) {
-    ScopedCurrent<KeyboardLayout> none(nullptr);
-    EXPECT_EQ((KeyShortcut{110, 0}).keyName(), "Key 110");
-    EXPECT_EQ((KeyShortcut{40, command | shift}).display(), "⇧⌘Key 40");
+    EXPECT_EQ((KeyShortcut{110, 0}).keyName(nullptr), "Key 110");
+    EXPECT_EQ((KeyShortcut{40, command | shift}).display(nullptr), "⇧⌘Key 40");
     // With no layout to ask, an impossible key code is merely shown.
-    EXPECT_EQ((KeyShortcut{-1, 0}).keyName(), "Key -1");
+    EXPECT_EQ((KeyShortcut{-1, 0}).keyName(nullptr), "Key -1");
 }
 
 TEST(KeyShortcutLayout, LayoutNamesAreUpperCased) {
     auto layout = std::make_shared<FakeKeyboardLayout>(
         std::map<std::uint16_t, std::string>{{0, "a"}, {40, "k"}, {41, "ö"}, {27, "ß"}, {42, " x "}});
-    ScopedCurrent<KeyboardLayout> scoped(layout);
-    EXPECT_EQ((KeyShortcut{0, command}).display(), "⌘A");
-    EXPECT_EQ((KeyShortcut{40, command | shift}).display(), "⇧⌘K");
-    EXPECT_EQ((KeyShortcut{41, 0}).keyName(), "Ö");
-    EXPECT_EQ((KeyShortcut{27, 0}).keyName(), "SS");
+    EXPECT_EQ((KeyShortcut{0, command}).display(layout.get()), "⌘A");
+    EXPECT_EQ((KeyShortcut{40, command | shift}).display(layout.get()), "⇧⌘K");
+    EXPECT_EQ((KeyShortcut{41, 0}).keyName(layout.get()), "Ö");
+    EXPECT_EQ((KeyShortcut{27, 0}).keyName(layout.get()), "SS");
     // Trimming only decides blankness; the name keeps its spaces.
-    EXPECT_EQ((KeyShortcut{42, 0}).keyName(), " X ");
+    EXPECT_EQ((KeyShortcut{42, 0}).keyName(layout.get()), " X ");
 }
 
 TEST(KeyShortcutLayout, BlankOrMissingTranslationsFallBack) {
     auto layout = std::make_shared<FakeKeyboardLayout>(
         std::map<std::uint16_t, std::string>{{10, " "}, {11, "\u00A0"}, {12, ""}, {13, "\t\n"}});
-    ScopedCurrent<KeyboardLayout> scoped(layout);
-    EXPECT_EQ((KeyShortcut{10, 0}).keyName(), "Key 10");
-    EXPECT_EQ((KeyShortcut{11, 0}).keyName(), "Key 11");
-    EXPECT_EQ((KeyShortcut{12, 0}).keyName(), "Key 12");
-    EXPECT_EQ((KeyShortcut{13, 0}).keyName(), "Key 13");
-    EXPECT_EQ((KeyShortcut{14, 0}).keyName(), "Key 14");  // the layout has nothing for it
+    EXPECT_EQ((KeyShortcut{10, 0}).keyName(layout.get()), "Key 10");
+    EXPECT_EQ((KeyShortcut{11, 0}).keyName(layout.get()), "Key 11");
+    EXPECT_EQ((KeyShortcut{12, 0}).keyName(layout.get()), "Key 12");
+    EXPECT_EQ((KeyShortcut{13, 0}).keyName(layout.get()), "Key 13");
+    EXPECT_EQ((KeyShortcut{14, 0}).keyName(layout.get()), "Key 14");  // the layout has nothing for it
 }
 
 TEST(KeyShortcutLayout, FixedTablesWinAndAreNeverAsked) {
     auto layout = std::make_shared<FakeKeyboardLayout>(
         std::map<std::uint16_t, std::string>{{49, " "}, {53, "\x1B"}, {122, "x"}, {123, "y"}});
-    ScopedCurrent<KeyboardLayout> scoped(layout);
-    EXPECT_EQ((KeyShortcut{49, 0}).keyName(), "Space");
-    EXPECT_EQ((KeyShortcut{53, 0}).keyName(), "Esc");
-    EXPECT_EQ((KeyShortcut{122, 0}).keyName(), "F1");
-    EXPECT_EQ((KeyShortcut{123, 0}).keyName(), "←");
+    EXPECT_EQ((KeyShortcut{49, 0}).keyName(layout.get()), "Space");
+    EXPECT_EQ((KeyShortcut{53, 0}).keyName(layout.get()), "Esc");
+    EXPECT_EQ((KeyShortcut{122, 0}).keyName(layout.get()), "F1");
+    EXPECT_EQ((KeyShortcut{123, 0}).keyName(layout.get()), "←");
     EXPECT_TRUE(layout->asked.empty());
 }
 
 TEST(KeyShortcutLayoutDeathTest, KeyCodeBeyondSixteenBitsIsAProgrammingError) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto layout = std::make_shared<FakeKeyboardLayout>(std::map<std::uint16_t, std::string>{});
-    ScopedCurrent<KeyboardLayout> scoped(layout);
-    EXPECT_DEATH((void)(KeyShortcut{65536, 0}).keyName(), "key code");
-    EXPECT_DEATH((void)(KeyShortcut{-1, 0}).keyName(), "key code");
-    EXPECT_EQ((KeyShortcut{65535, 0}).keyName(), "Key 65535");
+    EXPECT_DEATH((void)(KeyShortcut{65536, 0}).keyName(layout.get()), "key code");
+    EXPECT_DEATH((void)(KeyShortcut{-1, 0}).keyName(layout.get()), "key code");
+    EXPECT_EQ((KeyShortcut{65535, 0}).keyName(layout.get()), "Key 65535");
 }
 
 }  // namespace
