@@ -115,7 +115,7 @@ const std::vector<Row>& expectedRows() {
         {"switcher", "windowleft", "Switch windows left", "⇧⌘`", "switchWindow true", "Needs “Move focus to next window” on in System Settings → Keyboard → Keyboard Shortcuts → Keyboard (on by default)."},
         {"system", "mission", "Mission Control", "⌃↑", "openApp /System/Applications/Mission Control.app", std::nullopt},
         {"system", "desktop", "Show Desktop", "F11", "shortcut 103 0x800000", "Needs “Show Desktop” (F11) on in System Settings → Keyboard → Keyboard Shortcuts → Mission Control (on by default)."},
-        {"system", "grid", "App Grid", "", "openAppGrid ", std::nullopt},
+        {"system", "grid", "App Grid", "", "openAppGrid", std::nullopt},
         {"system", "search", "Search", "⌘Space", "shortcut 49 0x100000", "Needs “Show Spotlight search” (⌘Space) on in System Settings → Keyboard → Keyboard Shortcuts → Spotlight (on by default)."},
         {"system", "lock", "Lock Screen", "⌃⌘Q", "shortcut 12 0x140000", std::nullopt},
         {"system", "screenshot", "Screenshot", "⇧⌘4", "shortcut 21 0x120000", "Needs the screenshot shortcuts on in System Settings → Keyboard → Keyboard Shortcuts → Screenshots (on by default)."},

@@ -131,7 +131,7 @@ TEST_F(EngineLifecycle, AShortcutTakenElsewhereKeepsTheOldOne) {
     const KeyShortcut commandF5{96, 0x100000};
     hotKeys.takenElsewhere.insert({96, commandF5.carbonModifiers()});
     engine().setToggleShortcut(commandF5);
-    EXPECT_EQ(engine().toggleShortcutError(), commandF5.display() + " is already used by another app. Pick another.");
+    EXPECT_EQ(engine().toggleShortcutError(), commandF5.display(nullptr) + " is already used by another app. Pick another.");
     EXPECT_EQ(engine().toggleShortcut(), controlOptionG);
     hotKeys.press(5, controlOptionG.carbonModifiers());
     EXPECT_FALSE(engine().isEnabled());
@@ -140,7 +140,7 @@ TEST_F(EngineLifecycle, AShortcutTakenElsewhereKeepsTheOldOne) {
 TEST_F(EngineLifecycle, OtherRegistrationFailuresNameTheStatus) {
     hotKeys.failWith = -50;
     engine().setToggleShortcut(controlOptionG);
-    EXPECT_EQ(engine().toggleShortcutError(), "macOS couldn't register " + controlOptionG.display() + " (error -50).");
+    EXPECT_EQ(engine().toggleShortcutError(), "macOS couldn't register " + controlOptionG.display(nullptr) + " (error -50).");
     EXPECT_FALSE(settings.dataValue(settings_keys::toggleShortcut).has_value());
 }
 

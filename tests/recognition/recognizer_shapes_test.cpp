@@ -83,7 +83,7 @@ TEST(CustomShapes, RecordingTurnsTheDrawingIntoANewShape) {
     EXPECT_EQ(recorded.custom->path.size(), CustomShape::templatePoints);
     ASSERT_EQ(recorded.custom->strokes.size(), 3U);
     EXPECT_EQ(recorded.custom->strokes[0].size(), CustomShape::strokePoints);
-    EXPECT_LT(recorded.custom->distance(lShape().custom->path), shapes::maxDistance);
+    EXPECT_LT(shapes::distance(*recorded.custom, lShape().custom->path), shapes::maxDistance);
 }
 
 TEST(CustomShapes, APathShorterThanTheMinimumIsNeitherMatchedNorRecorded) {
