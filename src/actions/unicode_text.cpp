@@ -1,54 +1,105 @@
 #include "actions/unicode_text.h"
 
-#include <algorithm>
-#include <span>
+#include <utf8proc.h>
 
-#include "actions/unicode_tables.h"
+#include <algorithm>
+#include <array>
+#include <vector>
 
 namespace ostrelle {
 namespace {
 
 constexpr char32_t replacementCharacter = 0xFFFD;
-constexpr char32_t maxCodePoint = 0x10FFFF;
 
-const unicode::Mapping* findMapping(std::span<const unicode::Mapping> table, char32_t c) {
-    const auto it =
-        std::lower_bound(table.begin(), table.end(), c,
-                         [](const unicode::Mapping& m, char32_t value) { return m.codePoint < value; });
-    return it != table.end() && it->codePoint == c ? &*it : nullptr;
-}
+// The longest full case folding of one code point is three code points.
+constexpr std::size_t maxFoldLength = 3;
 
-// Combining marks: the diacritics of decomposed text, which loose comparison ignores.
-bool isCombiningMark(char32_t c) {
-    return (c >= 0x0300 && c <= 0x036F) || (c >= 0x1AB0 && c <= 0x1AFF) || (c >= 0x1DC0 && c <= 0x1DFF) ||
-           (c >= 0x20D0 && c <= 0x20FF) || (c >= 0xFE20 && c <= 0xFE2F);
-}
+// Lower case without diacritics: full case folding, then the marks of the canonical
+// decomposition dropped and what is left composed again (so Hangul stays in syllables).
+constexpr auto searchFoldOptions =
+    static_cast<utf8proc_option_t>(UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK | UTF8PROC_COMPOSE);
 
-// White space and line ends as the platform's trimming set has them (tab to carriage return,
-// next line, and every space separator).
-bool isWhiteSpaceOrNewline(char32_t c) {
-    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
-           (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
-           c == 0x3000;
+const utf8proc_uint8_t* bytes(std::string_view text) {
+    return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
 }
 
 void appendUTF8(std::string& out, char32_t c) {
-    const auto byte = [](char32_t v) { return static_cast<char>(static_cast<unsigned char>(v)); };
-    if (c > maxCodePoint || (c >= 0xD800 && c <= 0xDFFF)) c = replacementCharacter;
-    if (c < 0x80) {
-        out += byte(c);
-    } else if (c < 0x800) {
-        out += byte(0xC0 | (c >> 6));
-        out += byte(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += byte(0xE0 | (c >> 12));
-        out += byte(0x80 | ((c >> 6) & 0x3F));
-        out += byte(0x80 | (c & 0x3F));
-    } else {
-        out += byte(0xF0 | (c >> 18));
-        out += byte(0x80 | ((c >> 12) & 0x3F));
-        out += byte(0x80 | ((c >> 6) & 0x3F));
-        out += byte(0x80 | (c & 0x3F));
+    std::array<utf8proc_uint8_t, 4> buffer{};
+    // The encoder would write surrogates as they are and nothing at all past the last code point.
+    const auto codePoint = static_cast<utf8proc_int32_t>(c);
+    const auto value =
+        utf8proc_codepoint_valid(codePoint) ? codePoint : utf8proc_int32_t{replacementCharacter};
+    const auto length = utf8proc_encode_char(value, buffer.data());
+    out.append(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length));
+}
+
+// Calls f with each code point of text; each byte that does not start a well-formed sequence
+// reads as one U+FFFD, so "\xE2\x8C" gives two.
+template <typename F>
+void forEachCodePoint(std::string_view text, F&& f) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        utf8proc_int32_t c = 0;
+        const auto length =
+            utf8proc_iterate(bytes(text.substr(i)), static_cast<utf8proc_ssize_t>(text.size() - i), &c);
+        if (length > 0) {
+            f(static_cast<char32_t>(c));
+            i += static_cast<std::size_t>(length);
+        } else {
+            f(replacementCharacter);
+            ++i;
+        }
+    }
+}
+
+// Decomposes text for searchFolded into buffer, which keeps one spare entry for the ending NUL
+// utf8proc_reencode writes. One code point per byte nearly always suffices, so the buffer is
+// sized once instead of in the counting pass utf8proc_map makes; it grows when it did not.
+utf8proc_ssize_t decomposeForSearch(std::string_view text, std::vector<utf8proc_int32_t>& buffer) {
+    const auto decompose = [&] {
+        return utf8proc_decompose(bytes(text), static_cast<utf8proc_ssize_t>(text.size()), buffer.data(),
+                                  static_cast<utf8proc_ssize_t>(buffer.size() - 1), searchFoldOptions);
+    };
+    buffer.resize(text.size() + 1);
+    auto length = decompose();
+    if (length >= 0 && static_cast<std::size_t>(length) >= buffer.size()) {
+        buffer.resize(static_cast<std::size_t>(length) + 1);
+        length = decompose();
+    }
+    return length;
+}
+
+// utf8proc has only the simple upper-case mappings, one code point each. The letters whose
+// full upper case is longer ("ß" → "SS", "ŉ" → "ʼN", "ᾳ" → "ΑΙ") are exactly the lower- and
+// title-case letters whose full case folding is longer, and their upper case is that folding
+// upper-cased letter by letter.
+void appendUppercased(std::string& out, char32_t c) {
+    const auto codePoint = static_cast<utf8proc_int32_t>(c);
+    if (utf8proc_category(codePoint) != UTF8PROC_CATEGORY_LU) {
+        std::array<utf8proc_int32_t, maxFoldLength> folded{};
+        int boundClass = UTF8PROC_BOUNDCLASS_START;
+        const auto length =
+            utf8proc_decompose_char(codePoint, folded.data(), folded.size(), UTF8PROC_CASEFOLD, &boundClass);
+        if (length > 1 && static_cast<std::size_t>(length) <= folded.size()) {
+            for (auto i = 0; i < length; ++i) {
+                appendUTF8(out, static_cast<char32_t>(utf8proc_toupper(folded[static_cast<std::size_t>(i)])));
+            }
+            return;
+        }
+    }
+    appendUTF8(out, static_cast<char32_t>(utf8proc_toupper(codePoint)));
+}
+
+// White space and line ends as the platform's trimming set has them: the space, line and
+// paragraph separators, and of the control characters only tab to carriage return and next line.
+bool isWhiteSpaceOrNewline(char32_t c) {
+    switch (utf8proc_category(static_cast<utf8proc_int32_t>(c))) {
+        case UTF8PROC_CATEGORY_ZS:
+        case UTF8PROC_CATEGORY_ZL:
+        case UTF8PROC_CATEGORY_ZP:
+            return true;
+        default:
+            return (c >= 0x09 && c <= 0x0D) || c == 0x85;
     }
 }
 
@@ -57,46 +108,7 @@ void appendUTF8(std::string& out, char32_t c) {
 std::u32string decodeUTF8(std::string_view text) {
     std::u32string result;
     result.reserve(text.size());
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        std::size_t length = 0;
-        char32_t value = 0;
-        char32_t minimum = 0;
-        if (lead < 0x80) {
-            length = 1;
-            value = lead;
-        } else if ((lead & 0xE0) == 0xC0) {
-            length = 2;
-            value = lead & 0x1Fu;
-            minimum = 0x80;
-        } else if ((lead & 0xF0) == 0xE0) {
-            length = 3;
-            value = lead & 0x0Fu;
-            minimum = 0x800;
-        } else if ((lead & 0xF8) == 0xF0) {
-            length = 4;
-            value = lead & 0x07u;
-            minimum = 0x10000;
-        }
-        bool valid = length > 0 && i + length <= text.size();
-        for (std::size_t k = 1; valid && k < length; ++k) {
-            const auto next = static_cast<unsigned char>(text[i + k]);
-            if ((next & 0xC0) != 0x80) valid = false;
-            value = (value << 6) | (next & 0x3Fu);
-        }
-        // Overlong forms, surrogates and values past the last code point are malformed too.
-        if (valid && (value < minimum || value > maxCodePoint || (value >= 0xD800 && value <= 0xDFFF))) {
-            valid = false;
-        }
-        if (valid) {
-            result += value;
-            i += length;
-        } else {
-            result += replacementCharacter;
-            ++i;
-        }
-    }
+    forEachCodePoint(text, [&](char32_t c) { result += c; });
     return result;
 }
 
@@ -110,33 +122,24 @@ std::string encodeUTF8(std::u32string_view codePoints) {
 std::string uppercased(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    for (char32_t c : decodeUTF8(text)) {
-        if (c >= 'a' && c <= 'z') {
-            appendUTF8(result, c - ('a' - 'A'));
-        } else if (const auto* mapping = findMapping(unicode::upperMappings(), c)) {
-            result += mapping->text;
-        } else {
-            appendUTF8(result, c);
-        }
-    }
+    forEachCodePoint(text, [&](char32_t c) { appendUppercased(result, c); });
     return result;
 }
 
 std::string searchFolded(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (char32_t c : decodeUTF8(text)) {
-        if (c >= 'A' && c <= 'Z') {
-            appendUTF8(result, c + ('a' - 'A'));
-        } else if (isCombiningMark(c)) {
-            continue;
-        } else if (const auto* mapping = findMapping(unicode::foldMappings(), c)) {
-            result += mapping->text;
-        } else {
-            appendUTF8(result, c);
-        }
+    std::vector<utf8proc_int32_t> buffer;
+    auto length = decomposeForSearch(text, buffer);
+    std::string repaired;
+    if (length == UTF8PROC_ERROR_INVALIDUTF8) {
+        // utf8proc refuses malformed text as a whole; fold it with the bad bytes replaced.
+        repaired = encodeUTF8(decodeUTF8(text));
+        text = repaired;
+        length = decomposeForSearch(text, buffer);
     }
-    return result;
+    if (length >= 0) length = utf8proc_reencode(buffer.data(), length, searchFoldOptions);
+    // Well-formed text fails only when memory runs out; it is then compared as it is.
+    if (length < 0) return std::string(text);
+    return {reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length)};
 }
 
 bool looselyContains(std::string_view text, std::string_view query) {
@@ -145,8 +148,9 @@ bool looselyContains(std::string_view text, std::string_view query) {
 }
 
 bool isBlank(std::string_view text) {
-    const std::u32string codePoints = decodeUTF8(text);
-    return std::all_of(codePoints.begin(), codePoints.end(), isWhiteSpaceOrNewline);
+    bool blank = true;
+    forEachCodePoint(text, [&](char32_t c) { blank = blank && isWhiteSpaceOrNewline(c); });
+    return blank;
 }
 
 }  // namespace ostrelle
