@@ -1,10 +1,10 @@
-#include "actions/unicode_text.h"
+#include "support/unicode_text.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
 
-#include "actions/natural_order.h"
+#include "support/natural_order.h"
 
 namespace ostrelle {
 namespace {

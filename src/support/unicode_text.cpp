@@ -1,4 +1,4 @@
-#include "actions/unicode_text.h"
+#include "support/unicode_text.h"
 
 #include <utf8proc.h>
 
