@@ -2,8 +2,8 @@
 
 #include <utf8proc.h>
 
-#include <algorithm>
 #include <array>
+#include <span>
 #include <vector>
 
 namespace ostrelle {
@@ -79,10 +79,11 @@ void appendUppercased(std::string& out, char32_t c) {
         std::array<utf8proc_int32_t, maxFoldLength> folded{};
         int boundClass = UTF8PROC_BOUNDCLASS_START;
         const auto length =
-            utf8proc_decompose_char(codePoint, folded.data(), folded.size(), UTF8PROC_CASEFOLD, &boundClass);
+            utf8proc_decompose_char(codePoint, folded.data(), static_cast<utf8proc_ssize_t>(folded.size()),
+                                    UTF8PROC_CASEFOLD, &boundClass);
         if (length > 1 && static_cast<std::size_t>(length) <= folded.size()) {
-            for (auto i = 0; i < length; ++i) {
-                appendUTF8(out, static_cast<char32_t>(utf8proc_toupper(folded[static_cast<std::size_t>(i)])));
+            for (const utf8proc_int32_t letter : std::span(folded).first(static_cast<std::size_t>(length))) {
+                appendUTF8(out, static_cast<char32_t>(utf8proc_toupper(letter)));
             }
             return;
         }
