@@ -2,9 +2,9 @@
 
 #include <map>
 
-#include "actions/unicode_text.h"
 #include "support/contract.h"
 #include "support/text.h"
+#include "support/unicode_text.h"
 
 namespace ostrelle {
 namespace {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "actions/action_catalog.h"
-#include "actions/natural_order.h"
+#include "support/natural_order.h"
 
 namespace ostrelle {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <limits>
 
-#include "actions/unicode_text.h"
 #include "support/contract.h"
 #include "support/point.h"
+#include "support/unicode_text.h"
 
 namespace ostrelle {
 namespace {

@@ -1,8 +1,8 @@
-#include "actions/natural_order.h"
+#include "support/natural_order.h"
 
 #include <string>
 
-#include "actions/unicode_text.h"
+#include "support/unicode_text.h"
 
 namespace ostrelle {
 namespace {
