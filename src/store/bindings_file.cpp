@@ -4,7 +4,6 @@
 #include "actions/key_shortcut_json.h"
 #include "gestures/gesture_json.h"
 #include "store/binding_json.h"
-#include "store/bindings_quick_reader.h"
 #include "store/json_writer.h"
 
 namespace ostrelle {
@@ -121,7 +120,6 @@ std::string encodeBindingsFile(const std::vector<GestureBinding>& bindings) {
 }
 
 std::vector<GestureBinding> decodeBindingsFile(std::string_view bytes) {
-    if (auto bindings = readPlainBindingsFile(bytes)) return std::move(*bindings);
     return decodeBindingsTree(bytes);
 }
 
