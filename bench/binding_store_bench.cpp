@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "gestures/gesture_catalog.h"
-#include "store/binding_json.h"
 #include "store/binding_store.h"
 #include "store/bindings_file.h"
 #include "support/scratch_folder.h"
@@ -31,7 +30,8 @@ std::vector<Point> wave(std::size_t count, double phase) {
     std::vector<Point> points;
     for (std::size_t i = 0; i < count; ++i) {
         const double t = static_cast<double>(i) / static_cast<double>(count - 1);
-        points.push_back({std::round(t * 1000) / 1000, std::round((0.5 + 0.3 * std::sin(6 * t + phase)) * 1000) / 1000});
+        points.push_back(
+            {std::round(t * 1000) / 1000, std::round((0.5 + 0.3 * std::sin(6 * t + phase)) * 1000) / 1000});
     }
     return points;
 }
@@ -42,8 +42,8 @@ CustomShape shape(std::size_t index) {
     for (int finger = 0; finger < shapeFingers; ++finger) {
         strokes.push_back(wave(CustomShape::strokePoints, phase + finger));
     }
-    return CustomShape("Shape " + std::to_string(index), shapeFingers, wave(CustomShape::templatePoints, phase),
-                       std::move(strokes));
+    return CustomShape("Shape " + std::to_string(index), shapeFingers,
+                       wave(CustomShape::templatePoints, phase), std::move(strokes));
 }
 
 // Built-in gestures cycle through the catalog; a loaded file may repeat them, only saving refuses.
@@ -80,13 +80,6 @@ void BindingsFileDecode(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(decodeBindingsFile(bytes));
 }
 BENCHMARK(BindingsFileDecode)->Unit(benchmark::kMillisecond);
-
-// The general reader, which decides whenever the file is not in the store's own plain form.
-void BindingsFileDecodeThroughTree(benchmark::State& state) {
-    const std::string bytes = encodeBindingsFile(largeBindingList());
-    for (auto _ : state) benchmark::DoNotOptimize(decodeBindingsTree(bytes));
-}
-BENCHMARK(BindingsFileDecodeThroughTree)->Unit(benchmark::kMillisecond);
 
 void BindingsFileEncode(benchmark::State& state) {
     const std::vector<GestureBinding> bindings = largeBindingList();

@@ -13,7 +13,8 @@
 namespace {
 
 void requireRoundTrip(const std::vector<ostrelle::GestureBinding>& bindings) {
-    const std::vector<ostrelle::GestureBinding> reread = ostrelle::decodeBindingsFile(ostrelle::encodeBindingsFile(bindings));
+    const std::vector<ostrelle::GestureBinding> reread =
+        ostrelle::decodeBindingsFile(ostrelle::encodeBindingsFile(bindings));
     if (reread != bindings) std::abort();
 }
 
