@@ -101,7 +101,10 @@ void writeBinding(BindingsStyleWriter& out, const GestureBinding& binding) {
 // About what the printed file takes, so that the text is not regrown and copied as it is written.
 std::size_t expectedFileSize(const std::vector<GestureBinding>& bindings) {
     constexpr std::size_t bytesPerBinding = 320;  // members, action, id and date, indented
-    constexpr std::size_t bytesPerPoint = 64;  // "[", two coordinates and "]" on lines of their own, deep in
+    // "[", two coordinates and "]" on lines of their own, deep in: a stroke point with three-decimal
+    // coordinates, the most common kind, takes 70 bytes. Guessing low costs a doubling of the
+    // buffer, which on a start is worth more than the whole print.
+    constexpr std::size_t bytesPerPoint = 72;
     std::size_t points = 0;
     for (const GestureBinding& binding : bindings) {
         if (!binding.gesture.custom) continue;
