@@ -7,7 +7,8 @@ packages=(
   build-essential cmake ninja-build pkg-config
   clang libclang-rt-14-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  libfmt-dev nlohmann-json3-dev libsimdjson-dev uuid-dev libutf8proc-dev
+  libfmt-dev nlohmann-json3-dev uuid-dev libutf8proc-dev
+  clang-format clang-tidy
 )
 
 missing=()

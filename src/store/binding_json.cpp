@@ -25,7 +25,8 @@ const json& required(const json& object, const char* key) {
 std::string decodeID(const json& value) {
     if (!value.is_string()) throw BindingsFileError("\"id\" is not a string");
     std::string id = value.get<std::string>();
-    std::transform(id.begin(), id.end(), id.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    std::transform(id.begin(), id.end(), id.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     if (!isCanonicalUUID(id)) throw BindingsFileError("\"id\" is not a UUID: " + value.get<std::string>());
     return id;
 }
@@ -50,27 +51,6 @@ GestureBinding decodeBinding(const json& value) {
     if (!created.is_number()) throw BindingsFileError("\"createdAt\" is not a number");
     binding.createdAt = created.get<double>();
     return binding;
-}
-
-std::vector<GestureBinding> decodeBindingsTree(std::string_view bytes) {
-    json file;
-    try {
-        file = json::parse(bytes);
-    } catch (const json::exception& error) {
-        // Not only syntax errors: a number too large for a double ("1e999") is an out_of_range.
-        throw BindingsFileError(std::string("not valid JSON: ") + error.what());
-    }
-    if (!file.is_array()) throw BindingsFileError("the file is not a JSON array of bindings");
-    std::vector<GestureBinding> bindings;
-    bindings.reserve(file.size());
-    for (std::size_t i = 0; i < file.size(); ++i) {
-        try {
-            bindings.push_back(decodeBinding(file[i]));
-        } catch (const BindingsFileError& error) {
-            throw BindingsFileError("binding " + std::to_string(i + 1) + ": " + error.what());
-        }
-    }
-    return bindings;
 }
 
 }  // namespace ostrelle

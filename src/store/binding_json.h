@@ -1,8 +1,6 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
-#include <string_view>
-#include <vector>
 
 #include "store/gesture_binding.h"
 
@@ -18,9 +16,5 @@ inline constexpr const char* createdAt = "createdAt";
 
 // One binding of the file. Throws BindingsFileError naming the problem ("action: ...").
 GestureBinding decodeBinding(const nlohmann::json& value);
-
-// The whole file read through a JSON tree: every form and tolerance the file may hold, and the
-// message that names what is wrong with it.
-std::vector<GestureBinding> decodeBindingsTree(std::string_view bytes);
 
 }  // namespace ostrelle

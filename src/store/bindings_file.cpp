@@ -1,10 +1,12 @@
 #include "store/bindings_file.h"
 
+#include <nlohmann/json.hpp>
+#include <string>
+
 #include "actions/action_ref_json.h"
 #include "actions/key_shortcut_json.h"
 #include "gestures/gesture_json.h"
 #include "store/binding_json.h"
-#include "store/bindings_quick_reader.h"
 #include "store/json_writer.h"
 
 namespace ostrelle {
@@ -99,7 +101,10 @@ void writeBinding(BindingsStyleWriter& out, const GestureBinding& binding) {
 // About what the printed file takes, so that the text is not regrown and copied as it is written.
 std::size_t expectedFileSize(const std::vector<GestureBinding>& bindings) {
     constexpr std::size_t bytesPerBinding = 320;  // members, action, id and date, indented
-    constexpr std::size_t bytesPerPoint = 64;      // "[", two coordinates and "]" on lines of their own, deep in
+    // "[", two coordinates and "]" on lines of their own, deep in: a stroke point with three-decimal
+    // coordinates, the most common kind, takes 70 bytes. Guessing low costs a doubling of the
+    // buffer, which on a start is worth more than the whole print.
+    constexpr std::size_t bytesPerPoint = 72;
     std::size_t points = 0;
     for (const GestureBinding& binding : bindings) {
         if (!binding.gesture.custom) continue;
@@ -121,8 +126,24 @@ std::string encodeBindingsFile(const std::vector<GestureBinding>& bindings) {
 }
 
 std::vector<GestureBinding> decodeBindingsFile(std::string_view bytes) {
-    if (auto bindings = readPlainBindingsFile(bytes)) return std::move(*bindings);
-    return decodeBindingsTree(bytes);
+    nlohmann::json file;
+    try {
+        file = nlohmann::json::parse(bytes);
+    } catch (const nlohmann::json::exception& error) {
+        // Not only syntax errors: a number too large for a double ("1e999") is an out_of_range.
+        throw BindingsFileError(std::string("not valid JSON: ") + error.what());
+    }
+    if (!file.is_array()) throw BindingsFileError("the file is not a JSON array of bindings");
+    std::vector<GestureBinding> bindings;
+    bindings.reserve(file.size());
+    for (std::size_t i = 0; i < file.size(); ++i) {
+        try {
+            bindings.push_back(decodeBinding(file[i]));
+        } catch (const BindingsFileError& error) {
+            throw BindingsFileError("binding " + std::to_string(i + 1) + ": " + error.what());
+        }
+    }
+    return bindings;
 }
 
 }  // namespace ostrelle

@@ -1,17 +1,18 @@
 // The bindings file: exact bytes written, every reading failure, every tolerance.
+#include "store/bindings_file.h"
+
 #include <gtest/gtest.h>
 
 #include "actions/action_ref_json.h"
 #include "gestures/gesture_json.h"
-#include "store/bindings_file.h"
 #include "store/json_writer.h"
 
 namespace ostrelle {
 namespace {
 
 GestureBinding plainBinding() {
-    return {"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", Gesture("2.restTap.left"), ActionRef{"browsers", "back", {}, {}},
-            753300000.25};
+    return {"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", Gesture("2.restTap.left"),
+            ActionRef{"browsers", "back", {}, {}}, 753300000.25};
 }
 
 std::string withBinding(const std::string& member) {
@@ -21,8 +22,9 @@ std::string withBinding(const std::string& member) {
 }
 
 TEST(BindingsFileWriting, ExactBytesForABuiltInAndADrawnGesture) {
-    GestureBinding drawn{"5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("3.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"),
-                         ActionRef{"keyboard", "custom", KeyShortcut{17, 0x40000 | 0x100000}, {}}, 753300100.5};
+    GestureBinding drawn{
+        "5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("3.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"),
+        ActionRef{"keyboard", "custom", KeyShortcut{17, 0x40000 | 0x100000}, {}}, 753300100.5};
     drawn.gesture.custom = CustomShape("Zig", 3, {{0.1, 0.2}}, {{{-0.5, 1}}});
     EXPECT_EQ(encodeBindingsFile({plainBinding(), drawn}),
               R"([
@@ -78,12 +80,19 @@ TEST(BindingsFileWriting, ExactBytesForABuiltInAndADrawnGesture) {
 // The file is printed straight from the model; the tree of the same bindings, printed by the
 // generic writer, is the reference for member order and every number and string.
 TEST(BindingsFileWriting, PrintsWhatTheTreeOfTheSameBindingsPrints) {
-    GestureBinding drawn{"5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("4.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"),
-                         ActionRef{"keyboard", "custom", KeyShortcut{0, 0}, URL::parse("file:///Applications/A b.app/")},
-                         -0.0};
-    drawn.gesture.custom = CustomShape("Zürich \"/\" \t", 4, {{-0.0, 1e-7}, {0.30000000000000004, 123456789.125}}, {});
+    GestureBinding drawn{
+        "5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("4.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"),
+        ActionRef{"keyboard", "custom", KeyShortcut{0, 0}, URL::parse("file:///Applications/A b.app/")},
+        -0.0};
+    drawn.gesture.custom =
+        CustomShape("Zürich \"/\" \t", 4, {{-0.0, 1e-7}, {0.30000000000000004, 123456789.125}}, {});
     GestureBinding everyModifier{"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", Gesture("3.tap"),
-                                 ActionRef{"keyboard", "custom", KeyShortcut{127, EventFlag::shift | EventFlag::control | EventFlag::option | EventFlag::command}, {}}, 1e300};
+                                 ActionRef{"keyboard",
+                                           "custom",
+                                           KeyShortcut{127, EventFlag::shift | EventFlag::control |
+                                                                EventFlag::option | EventFlag::command},
+                                           {}},
+                                 1e300};
     const std::vector<GestureBinding> bindings{plainBinding(), drawn, everyModifier};
 
     nlohmann::json tree = nlohmann::json::array();
@@ -98,10 +107,12 @@ TEST(BindingsFileWriting, PrintsWhatTheTreeOfTheSameBindingsPrints) {
 
 TEST(BindingsFileReading, RoundTripsWhatItWrites) {
     GestureBinding app{"5D1E2F30-6A7B-4C8D-9E0F-1A2B3C4D5E6F", Gesture("4.tap"),
-                       ActionRef{"openapps", "app", {}, URL::parse("file:///Applications/Preview.app/")}, 1.0 / 3};
+                       ActionRef{"openapps", "app", {}, URL::parse("file:///Applications/Preview.app/")},
+                       1.0 / 3};
     const std::vector<GestureBinding> bindings{plainBinding(), app};
     EXPECT_EQ(decodeBindingsFile(encodeBindingsFile(bindings)), bindings);
-    EXPECT_NE(encodeBindingsFile(bindings).find(R"("file:\/\/\/Applications\/Preview.app\/")"), std::string::npos);
+    EXPECT_NE(encodeBindingsFile(bindings).find(R"("file:\/\/\/Applications\/Preview.app\/")"),
+              std::string::npos);
 }
 
 TEST(BindingsFileReading, LegacyGesturesAreReadAndWrittenBackAsIds) {
@@ -123,7 +134,8 @@ TEST(BindingsFileReading, TolerancesKeepTheBinding) {
         std::string text = withBinding(member);
         EXPECT_EQ(decodeBindingsFile(text).size(), 1U) << member;
     }
-    const auto noApp = decodeBindingsFile(R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": "3.tap",
+    const auto noApp =
+        decodeBindingsFile(R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": "3.tap",
         "action": {"appID": "openapps", "optionID": "app", "app": 42}, "createdAt": 1}])");
     ASSERT_EQ(noApp.size(), 1U);
     EXPECT_FALSE(noApp[0].action.app.has_value());
@@ -154,17 +166,24 @@ INSTANTIATE_TEST_SUITE_P(
     BindingsFile, BindingsFileFailures,
     ::testing::Values(
         BadFile{"Syntax", "{", "not valid JSON"},
+        // Refused by the parser as out of range rather than as a syntax error, but refused all the same.
+        BadFile{"NumberTooLargeForADouble",
+                R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": "3.tap",
+                     "action": {"appID": "a", "optionID": "b"}, "createdAt": 1e999}])",
+                "not valid JSON"},
         BadFile{"NotAnArray", R"({"bindings": []})", "the file is not a JSON array of bindings"},
         BadFile{"SecondBindingMissingId", "[" + goodBinding + R"(, {"gesture": "3.tap"}])",
                 "binding 2: missing \"id\""},
-        BadFile{"BadUUID", R"([{"id": "nope", "gesture": "3.tap"}])", "binding 1: \"id\" is not a UUID: nope"},
+        BadFile{"BadUUID", R"([{"id": "nope", "gesture": "3.tap"}])",
+                "binding 1: \"id\" is not a UUID: nope"},
         BadFile{"MissingAction",
                 R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": "3.tap", "createdAt": 1}])",
                 "binding 1: missing \"action\""},
-        BadFile{"UnknownLegacyMotion",
-                R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": {"fingers": 3, "motion": "wiggle"},
+        BadFile{
+            "UnknownLegacyMotion",
+            R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": {"fingers": 3, "motion": "wiggle"},
                      "action": {"appID": "a", "optionID": "b"}, "createdAt": 1}])",
-                "binding 1: gesture.motion: unknown motion \"wiggle\""},
+            "binding 1: gesture.motion: unknown motion \"wiggle\""},
         BadFile{"KeyOutOfRangeInAShortcutIsDroppedButIdsAreRequired",
                 R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": "3.tap",
                      "action": {"optionID": "b"}, "createdAt": 1}])",
