@@ -5,9 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "testing/temporary_folder.h"
 
@@ -21,6 +24,34 @@ std::string readFile(const std::filesystem::path& path) {
     std::ostringstream text;
     text << input.rdbuf();
     return text.str();
+}
+
+// The few variables of this process that lead to no user file: where programs are, the language
+// and time zone of texts, the temporary folder, and the sanitizers' settings.
+bool passedOn(std::string_view entry) {
+    constexpr std::array exact{"PATH", "TMPDIR", "TZ", "LANG", "LANGUAGE"};
+    const std::string_view name = entry.substr(0, entry.find('='));
+    return std::find(exact.begin(), exact.end(), name) != exact.end() || name.starts_with("LC_") ||
+           name.ends_with("SAN_OPTIONS");
+}
+
+// A program started by a test sees these variables and the home folders of `home`, never the
+// test process's own environment.
+std::vector<std::string> environmentFor(const ScratchHome& home) {
+    std::vector<std::string> entries;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        if (passedOn(*entry)) entries.emplace_back(*entry);
+    }
+    for (const auto& [variable, folder] : home.variables())
+        entries.push_back(variable + "=" + folder.string());
+    return entries;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
 }
 
 }  // namespace
@@ -39,7 +70,8 @@ std::vector<std::string> CLIResult::outLines() const {
     return lines;
 }
 
-CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input) {
+CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input,
+                 const ScratchHome& home) {
     const TemporaryFolder io;
     const std::string inPath = writeFile(io.path(), "stdin", input).string();
     const std::string outPath = (io.path() / "stdout").string();
@@ -57,12 +89,12 @@ CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& i
     std::string program = OSTRELLE_CLI_PATH;
     std::vector<std::string> owned{program};
     owned.insert(owned.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& argument : owned) argv.push_back(argument.data());
-    argv.push_back(nullptr);
+    const std::vector<char*> argv = pointersTo(owned);
+    std::vector<std::string> environment = environmentFor(home);
+    const std::vector<char*> envp = pointersTo(environment);
 
     pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), environ);
+    const int spawned = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data());
     posix_spawn_file_actions_destroy(&actions);
     if (spawned != 0) throw std::runtime_error("cannot start " + program);
 

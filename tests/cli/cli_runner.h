@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "testing/scratch_home.h"
+
 namespace ostrelle::testing {
 
 // Writes a file into a test's folder and returns its path.
@@ -20,6 +22,9 @@ struct CLIResult {
 };
 
 // Runs the built ostrelle-cli with these arguments and this standard input, capturing its output.
-CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input = "");
+// Its HOME and XDG folders are those of `home`: by default the test binary's own, which must stay
+// empty; a run that is meant to write there, as one that logs does, gets a ScratchHome of its own.
+CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input = "",
+                 const ScratchHome& home = guardedHome());
 
 }  // namespace ostrelle::testing
