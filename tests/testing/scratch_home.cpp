@@ -39,6 +39,7 @@ ScratchHome::ScratchHome() {
         fs::create_directory(path);
         variables_.emplace_back(folder.variable, path);
     }
+    fs::create_directory(temporaryFolder());
     // The runtime folder must be the user's alone.
     fs::permissions(root_ / "runtime", fs::perms::owner_all);
 }

@@ -23,6 +23,8 @@ class ScratchHome {
     EnvironmentLookup lookup() const;
     // Where a program started with these variables keeps its log.
     std::filesystem::path logFile() const { return defaultLogPath(lookup()); }
+    // For a started program's TMPDIR, so that what one killed leaves behind goes away with this.
+    std::filesystem::path temporaryFolder() const { return root_ / "tmp"; }
 
     // Points this process's own variables here. Only before any other thread exists.
     void enter() const;

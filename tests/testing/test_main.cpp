@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <csignal>
+
 #include "support/contract.h"
 #include "support/log.h"
 #include "support/scratch_folder.h"
@@ -69,5 +71,8 @@ int runTests() {
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
+    // A program under test that ends before reading all its input must fail the write to it, not
+    // end the test binary.
+    std::signal(SIGPIPE, SIG_IGN);
     return ostrelle::testing::runTests();
 }
