@@ -28,9 +28,10 @@ std::optional<std::string> gestureProblem(const std::string& id) {
 }
 
 int runBind(Arguments arguments) {
-    const ParsedArguments parsed = parseArguments(arguments, {.positionals = {"GESTURE", "APPID/OPTIONID"},
-                                                              .flags = {launchedBeforeFlag},
-                                                              .valued = {fileOption, shortcutOption, appOption}});
+    const ParsedArguments parsed =
+        parseArguments(arguments, {.positionals = {"GESTURE", "APPID/OPTIONID"},
+                                   .flags = {launchedBeforeFlag},
+                                   .valued = {fileOption, shortcutOption, appOption}});
     if (const auto status = finishEarly(bindCommand(), parsed)) return *status;
 
     const std::string& gestureID = parsed.positionals[0];
@@ -67,7 +68,8 @@ const Command& bindCommand() {
         "GESTURE APPID/OPTIONID [--shortcut KEY:MODS] [--app PATH] [--file PATH] [--launched-before]",
         "Binds an enabled built-in gesture to an action and prints the new binding as one JSON object. "
         "keyboard/custom needs --shortcut KEY:MODS (a key code 0-127 and a comma list of control, "
-        "option, shift, command, e.g. 17:control,command); openapps/app needs --app PATH. A gesture "
+        "option, shift, command, e.g. 17:control,command, or 17: for none); openapps/app needs --app PATH. A "
+        "gesture "
         "that is already bound is refused (exit status 1).",
         runBind,
     };

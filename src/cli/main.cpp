@@ -7,6 +7,7 @@
 
 #include "cli/command.h"
 #include "cli/output.h"
+#include "cli/termination_signals.h"
 
 namespace ostrelle::cli {
 namespace {
@@ -73,6 +74,7 @@ int usageError(const Command& command, std::string_view problem) {
 }  // namespace ostrelle::cli
 
 int main(int argc, char** argv) {
+    ostrelle::cli::flushLogOnTerminationSignals();
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
     return ostrelle::cli::run(arguments);

@@ -10,8 +10,11 @@ namespace {
 
 // The bindings file keeps key codes in seven bits; the command line takes no more than it can store.
 constexpr std::int64_t maxKeyCode = 127;
+constexpr std::string_view useHint = " (use control, option, shift, command)";
 
-ShortcutArgument failure(std::string problem) { return {std::nullopt, std::move(problem)}; }
+ShortcutArgument failure(std::string problem) {
+    return {std::nullopt, std::move(problem)};
+}
 
 std::optional<std::int64_t> keyCode(std::string_view text) {
     std::int64_t key = -1;
@@ -23,8 +26,8 @@ std::optional<std::int64_t> keyCode(std::string_view text) {
 
 const KeyModifier* modifierNamed(std::string_view name) {
     const auto& table = KeyShortcut::modifiers();
-    const auto found =
-        std::find_if(table.begin(), table.end(), [&](const KeyModifier& modifier) { return modifier.name == name; });
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&](const KeyModifier& modifier) { return modifier.name == name; });
     return found == table.end() ? nullptr : &*found;
 }
 
@@ -34,19 +37,24 @@ ShortcutArgument parseShortcutArgument(std::string_view text) {
     const auto colon = text.find(':');
     const std::string_view keyText = text.substr(0, colon);
     const auto key = keyCode(keyText);
-    if (!key) return failure(fmt::format("--shortcut: key code \"{}\" is not a number from 0 to {}", keyText, maxKeyCode));
+    if (!key)
+        return failure(
+            fmt::format("--shortcut: key code \"{}\" is not a number from 0 to {}", keyText, maxKeyCode));
 
     KeyShortcut shortcut{*key, 0};
-    if (colon == std::string_view::npos) return {shortcut, {}};
-    std::string_view rest = text.substr(colon + 1);
+    // "KEY:" with nothing after the colon is the bare key too, as a script that joins an empty
+    // list of modifiers writes it.
+    if (colon == std::string_view::npos || colon + 1 == text.size()) return {shortcut, {}};
+    const std::string_view list = text.substr(colon + 1);
+    std::string_view rest = list;
     while (true) {
         const auto comma = rest.find(',');
         const std::string_view name = rest.substr(0, comma);
+        // Within a list an empty item is more likely a lost name than a wish for none.
+        if (name.empty())
+            return failure(fmt::format("--shortcut: empty item in modifier list \"{}\"{}", list, useHint));
         const KeyModifier* modifier = modifierNamed(name);
-        if (!modifier) {
-            return failure(fmt::format(
-                "--shortcut: unknown modifier \"{}\" (use control, option, shift, command)", name));
-        }
+        if (!modifier) return failure(fmt::format("--shortcut: unknown modifier \"{}\"{}", name, useHint));
         shortcut.flags |= modifier->flag;
         if (comma == std::string_view::npos) break;
         rest = rest.substr(comma + 1);

@@ -1,5 +1,6 @@
 #include "support/log.h"
 
+#include <cstdlib>
 #include <mutex>
 
 #include "support/default_paths.h"
@@ -8,11 +9,21 @@
 namespace ostrelle {
 namespace {
 
+LogWriter& writer();
+
+// The last lines of a short-lived program would otherwise die with it, queued but unwritten.
+void flushAtExit() {
+    writer().flush(Log::endingFlushLimit);
+}
+
 // Made on first use and deliberately never destroyed: entries may still arrive from other
-// threads and from static destructors while the process winds down.
+// threads and from static destructors while the process winds down. It is drained instead.
 LogWriter& writer() {
-    static LogWriter* const shared =
-        new LogWriter(defaultLogPath(processEnvironment()), std::make_shared<SystemLogClock>());
+    static LogWriter* const shared = [] {
+        auto* made = new LogWriter(defaultLogPath(processEnvironment()), std::make_shared<SystemLogClock>());
+        std::atexit(flushAtExit);
+        return made;
+    }();
     return *shared;
 }
 
@@ -40,15 +51,15 @@ void tellListener(Log::Level level, std::string_view message) {
 
 void Log::error(std::string_view message) {
     pipeline().write(LogPipeline::Type::error, message);
-    tellListener(Level::error, message);
     writer().error(message);
+    tellListener(Level::error, message);
 }
 
 void Log::warning(std::string_view message) {
     // Warnings go to the system log at the error type too.
     pipeline().write(LogPipeline::Type::error, message);
-    tellListener(Level::warning, message);
     writer().warning(message);
+    tellListener(Level::warning, message);
 }
 
 void Log::setListener(Listener listener) {
@@ -63,6 +74,10 @@ void Log::prune() {
 
 void Log::flush() {
     writer().flush();
+}
+
+bool Log::flush(std::chrono::milliseconds limit) {
+    return writer().flush(limit);
 }
 
 std::filesystem::path Log::fileURL() {

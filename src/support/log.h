@@ -1,8 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -25,10 +26,17 @@ class Log {
     static void error(std::string_view message);
     static void warning(std::string_view message);
 
+    // How long a program that is ending waits for the file to take what is still queued: ample for
+    // any backlog, yet a hung file system cannot keep the program alive.
+    static constexpr std::chrono::milliseconds endingFlushLimit{3000};
+
     // Queues a roll-over check; the application calls it once at start-up.
     static void prune();
-    // Waits until every entry queued so far is in the file. Not from the writer thread.
+    // Waits until every entry queued so far is in the file. Not from the writer thread. A normal
+    // exit (a return from main, std::exit) does this by itself, for at most `endingFlushLimit`.
     static void flush();
+    // The same, giving up after `limit`; true when everything was written in time.
+    static bool flush(std::chrono::milliseconds limit);
 
     // The current log file; by default the platform's place for it.
     static std::filesystem::path fileURL();
@@ -39,8 +47,9 @@ class Log {
     // Other parts may write their own entries here; it emits nothing (see `LogPipeline`).
     static const LogPipeline& pipeline();
 
-    // Sees every entry as it is logged, on the caller's thread, before the file does: for tools
-    // that show the log live (a replay prints it) and for tests. One listener; empty removes it.
+    // Sees every entry as it is logged, on the caller's thread, once it is queued for the file
+    // (so a flush after the listener saw it writes it): for tools that show the log live (a
+    // replay prints it) and for tests. One listener; empty removes it.
     using Level = LogLevel;
     using Listener = std::function<void(Level, std::string_view)>;
     static void setListener(Listener listener);

@@ -45,6 +45,14 @@ void LogWriter::flush() {
     drained_.wait(lock, [&] { return done_ >= target; });
 }
 
+bool LogWriter::flush(std::chrono::milliseconds limit) {
+    if (std::this_thread::get_id() == thread_.get_id())
+        contractViolation("log flushed from its own writer thread");
+    std::unique_lock lock(mutex_);
+    const std::uint64_t target = posted_;
+    return drained_.wait_for(lock, limit, [&] { return done_ >= target; });
+}
+
 void LogWriter::setFilePath(std::filesystem::path file) {
     Task task{Task::Kind::moveTo, LogLevel::error, {}, file.string()};
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
@@ -39,6 +40,8 @@ class LogWriter {
     // Blocks until everything queued before the call has been written. Never call it from the
     // writer thread itself: it would wait for itself.
     void flush();
+    // The same, giving up after `limit`; true when everything was written in time.
+    bool flush(std::chrono::milliseconds limit);
 
     // Entries queued after this call go to the new file; those before it, to the old one.
     void setFilePath(std::filesystem::path file);

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
 #include <map>
+
+#include "testing/scratch_home.h"
 
 namespace ostrelle {
 namespace {
@@ -87,6 +91,24 @@ TEST(ProcessEnvironment, AlwaysKnowsAHome) {
     ASSERT_TRUE(home.has_value());
     EXPECT_FALSE(home->empty());
     EXPECT_FALSE(processEnvironment()("OSTRELLE_SURELY_UNSET_VARIABLE").has_value());
+}
+
+// The test binary's own default paths lead into its guarded scratch home, where a write is found.
+TEST(ProcessEnvironment, InTestsLeadsIntoTheGuardedHome) {
+    const testing::ScratchHome& guarded = testing::guardedHome();
+    const std::filesystem::path written[] = {
+        defaultBindingsPath(processEnvironment()),
+        std::filesystem::path(*processEnvironment()("HOME")) / ".profile"};
+    for (const auto& file : written) {
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file) << "x";
+    }
+    auto found = guarded.touched();
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, (std::vector<std::filesystem::path>{written[0], written[1]}));
+    guarded.clear();  // as the guard does after failing a test
+    EXPECT_TRUE(guarded.touched().empty());
+    EXPECT_EQ(defaultLogPath(processEnvironment()), guarded.logFile());
 }
 
 }  // namespace
