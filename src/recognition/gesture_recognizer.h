@@ -143,7 +143,7 @@ private:
     std::optional<Gesture> lifts();
     void holdThreeLiftTwo();
 
-    std::optional<Gesture> restTap(const Track& tap, std::span<const Track* const> rests);
+    std::optional<Gesture> restTap(const Track& tap, std::span<const Track* const> rests) const;
     std::optional<Gesture> plainSwipe(const Gesture& gesture);
     static bool movedTogether(std::span<const Track* const> tracks, double by, Reference from);
     static std::optional<Gesture> known(std::string_view id);

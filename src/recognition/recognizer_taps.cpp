@@ -64,7 +64,7 @@ std::optional<Gesture> GestureRecognizer::physicalClick() {
     return known(GestureIDBuffer::generic(touching_, Motion::click, std::nullopt).view());
 }
 
-std::optional<Gesture> GestureRecognizer::restTap(const Track& tap, std::span<const Track* const> rests) {
+std::optional<Gesture> GestureRecognizer::restTap(const Track& tap, std::span<const Track* const> rests) const {
     if (tap.isOpen() || tap.spent) return std::nullopt;
 
     const std::size_t fingers = rests.size() + 1;

@@ -168,7 +168,7 @@ std::vector<Gesture> BindingStore::customGestures() const {
 std::string BindingStore::nextCustomName() const {
     const std::vector<Gesture> customs = customGestures();
     for (int n = 1;; ++n) {
-        const std::string candidate = "Custom gesture " + std::to_string(n);
+        std::string candidate = "Custom gesture " + std::to_string(n);
         const bool taken = std::any_of(customs.begin(), customs.end(),
                                        [&](const Gesture& g) { return g.custom->name == candidate; });
         if (!taken) return candidate;

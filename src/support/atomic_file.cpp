@@ -110,7 +110,7 @@ FileReadResult readWholeFile(const std::filesystem::path& path) {
     std::string bytes;
     // One byte more than the size, so that reaching the end takes no second allocation; a file
     // that grows meanwhile is read on in steps.
-    constexpr std::size_t step = 64 * 1024;
+    constexpr std::size_t step = std::size_t{64} * 1024;
     bytes.resize(static_cast<std::size_t>(std::max<off_t>(info.st_size, 0)) + 1);
     std::size_t filled = 0;
     for (;;) {
