@@ -28,7 +28,7 @@ public:
     void setSuspended(bool suspended);
 
     const std::optional<KeyShortcut>& shortcut() const { return shortcut_; }
-    void setShortcut(std::optional<KeyShortcut> shortcut) { shortcut_ = std::move(shortcut); }
+    void setShortcut(std::optional<KeyShortcut> shortcut) { shortcut_ = shortcut; }
     bool isRegistered() const { return reference_.has_value(); }
 
 private:
