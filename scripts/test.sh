@@ -7,7 +7,7 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/install-deps.sh"
 if [ "${1:-}" = "--sanitize" ]; then
   dir="$root/build-sanitize"
-  "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Debug -DOSTRELLE_SANITIZE=ON -DOSTRELLE_TESTS=ON \
+  OSTRELLE_BUILD_TARGET=ostrelle_tests "$root/scripts/build.sh" "$dir" -DCMAKE_BUILD_TYPE=Debug -DOSTRELLE_SANITIZE=ON -DOSTRELLE_TESTS=ON \
     -DOSTRELLE_PROGRAM_TESTS=OFF -DOSTRELLE_BENCH=OFF
 else
   dir="$root/build"
