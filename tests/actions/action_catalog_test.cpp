@@ -156,6 +156,7 @@ TEST_P(ActionCatalogFilter, FindsLabelsKeysAndGroupsInCatalogOrder) {
     for (const AppActions& app : ActionCatalog::filtered(GetParam().query)) {
         const auto& whole = *std::find_if(ActionCatalog::apps().begin(), ActionCatalog::apps().end(),
                                           [&](const AppActions& a) { return a.id == app.id; });
+        EXPECT_TRUE(app.name == whole.name && app.symbol == whole.symbol) << app.id;
         if (app == whole) found.push_back(app.id + "/*");
         for (const ActionOption& option : app.options) {
             // What is found is the catalog's own option, data and all.
