@@ -1,57 +1,62 @@
+// The rules of the action catalog: lookups, migration of old references, the texts shown for a
+// reference, and search. The catalog's contents themselves are data, not tested here.
 #include "actions/action_catalog.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <ostream>
+#include <algorithm>
+#include <set>
 
 #include "action_fakes.h"
 
 namespace ostrelle {
 namespace {
 
-using testing::FakeAppFiles;
-using testing::FakeKeyboardLayout;
-
-ActionRef ref(std::string appID, std::string optionID) {
-    return {std::move(appID), std::move(optionID), {}, {}};
+ActionRef ref(std::string appID, std::string optionID, std::optional<KeyShortcut> shortcut = std::nullopt,
+              std::optional<std::string> app = std::nullopt) {
+    return {std::move(appID), std::move(optionID), shortcut,
+            app ? std::optional<URL>(URL::fileURL(*app, true)) : std::nullopt};
 }
 
-URL appURL(const std::string& path) {
-    return URL::fileURL(path, true);
+TEST(ActionCatalog, OptionIDsAreUniqueWithinTheirGroupAndResolveAndTheAppGridFollowsTheSystemVersion) {
+    for (const AppActions& app : ActionCatalog::apps()) {
+        std::set<std::string> ids;
+        for (const ActionOption& option : app.options) {
+            EXPECT_TRUE(ids.insert(option.id).second) << option.id;
+            EXPECT_EQ(ActionCatalog::lookup(ref(app.id, option.id))->option, &option)
+                << "every option resolves";
+        }
+    }
+    const std::string apps = "/System/Applications/Apps.app",
+                      launchpad = "/System/Applications/Launchpad.app";
+    EXPECT_EQ(ActionCatalog::appGridPathFor(26), apps);
+    EXPECT_EQ(ActionCatalog::appGridPathFor(27), apps);
+    EXPECT_EQ(ActionCatalog::appGridPathFor(25), launchpad);
+    EXPECT_EQ(ActionCatalog::appGridPathFor(std::nullopt), launchpad);
 }
 
-TEST(ActionCatalogLookup, FindsGroupThenOption) {
-    const auto entry = ActionCatalog::lookup(ref("system", "copy"));
-    ASSERT_TRUE(entry);
-    EXPECT_EQ(entry->app->id, "system");
-    EXPECT_EQ(entry->option->label, "Copy");
+TEST(ActionCatalog, LookupFindsGroupThenOptionExactly) {
+    const auto copy = ActionCatalog::lookup(ref("system", "copy"));
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->app->id, "system");
+    EXPECT_EQ(copy->option->label, "Copy");
     // The same option id resolves differently in different groups.
     EXPECT_EQ(ActionCatalog::lookup(ref("browsers", "first"))->option->kind,
               ActionKind::shortcut(18, EventFlag::command));
     EXPECT_EQ(ActionCatalog::lookup(ref("tabs", "first"))->option->kind, ActionKind::selectTab(false));
-}
-
-TEST(ActionCatalogLookup, MissesAreAbsentAndExact) {
-    EXPECT_FALSE(ActionCatalog::lookup(ref("nowhere", "copy")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("system", "nothing")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("System", "copy")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("system", "Copy")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("system ", "copy")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("", "")));
-    EXPECT_FALSE(ActionCatalog::lookup(ref("tabs", "reopen")));
+    for (const ActionRef& miss :
+         {ref("nowhere", "copy"), ref("system", "nothing"), ref("System", "copy"), ref("system", "Copy"),
+          ref("system ", "copy"), ref("", ""), ref("tabs", "reopen")})
+        EXPECT_FALSE(ActionCatalog::lookup(miss)) << miss.appID << "/" << miss.optionID;
 }
 
 struct MigrationCase {
     const char* name;
     ActionRef from;
     std::optional<ActionRef> to;
-};
 
-// Test names show the row name rather than the bytes of the row.
-void PrintTo(const MigrationCase& row, std::ostream* out) {
-    *out << row.name;
-}
+    friend void PrintTo(const MigrationCase& row, std::ostream* out) { *out << row.name; }
+};
 
 class ActionCatalogMigration : public ::testing::TestWithParam<MigrationCase> {};
 
@@ -71,140 +76,115 @@ INSTANTIATE_TEST_SUITE_P(
                       MigrationCase{"chromeZoom", ref("chrome", "zoom"), std::nullopt},
                       MigrationCase{"unknownGroup", ref("firefox", "next"), std::nullopt},
                       MigrationCase{"currentGroupOldOption", ref("browsers", "next"), std::nullopt},
-                      MigrationCase{"resolvesAlready", ref("system", "copy"), ref("system", "copy")}),
+                      MigrationCase{"resolvesAlreadyWithItsExtras",
+                                    ref("keyboard", "custom", KeyShortcut{40, 0x100000}),
+                                    ref("keyboard", "custom", KeyShortcut{40, 0x100000})},
+                      MigrationCase{"oldOneLosesItsExtras",
+                                    ref("safari", "close", KeyShortcut{13, 0}, "/Applications/S.app"),
+                                    ref("browsers", "close")}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(ActionCatalogMigrationExtras, ResolvingReferenceKeepsItsExtrasAndOldOnesLoseThem) {
-    ActionRef custom = ref("keyboard", "custom");
-    custom.shortcut = KeyShortcut{40, EventFlag::command};
-    EXPECT_EQ(ActionCatalog::migrated(custom), custom);
+struct TextCase {
+    const char* name;
+    ActionRef action;
+    const char* summary;
+    const char* pill;
 
-    ActionRef old = ref("safari", "close");
-    old.shortcut = KeyShortcut{13, EventFlag::command};
-    old.app = appURL("/Applications/Safari.app");
-    EXPECT_EQ(ActionCatalog::migrated(old), ref("browsers", "close"));
-}
-
-TEST(ActionCatalogTexts, UnknownReferences) {
-    EXPECT_EQ(ActionCatalog::summary(ref("nowhere", "x"), ActionHost{}), "Unknown action");
-    EXPECT_EQ(ActionCatalog::pill(ref("system", "x"), ActionHost{}), "Unknown action");
-}
-
-TEST(ActionCatalogTexts, PlainOptionsShowTheirLabel) {
-    EXPECT_EQ(ActionCatalog::summary(ref("system", "mission"), ActionHost{}), "Mission Control");
-    EXPECT_EQ(ActionCatalog::pill(ref("browsers", "linktab"), ActionHost{}), "Open link in new tab");
-    // Extras on an option that doesn't use them change nothing.
-    ActionRef copy = ref("system", "copy");
-    copy.shortcut = KeyShortcut{40, EventFlag::command};
-    EXPECT_EQ(ActionCatalog::summary(copy, ActionHost{}), "Copy");
-    EXPECT_EQ(ActionCatalog::pill(copy, ActionHost{}), "Copy");
-}
-
-TEST(ActionCatalogTexts, CustomShortcut) {
-    auto layout = std::make_shared<FakeKeyboardLayout>(std::map<std::uint16_t, std::string>{{40, "k"}});
-    const ActionHost host{layout.get(), nullptr, std::nullopt};
-    ActionRef custom = ref("keyboard", "custom");
-    EXPECT_EQ(ActionCatalog::summary(custom, host), "Custom shortcut");
-    EXPECT_EQ(ActionCatalog::pill(custom, host), "Custom shortcut");
-    custom.shortcut = KeyShortcut{40, EventFlag::shift | EventFlag::command};
-    EXPECT_EQ(ActionCatalog::summary(custom, host), "Press ⇧⌘K");
-    EXPECT_EQ(ActionCatalog::pill(custom, host), "⇧⌘K");
-    custom.shortcut = KeyShortcut{110, EventFlag::command | EventFlag::control};
-    EXPECT_EQ(ActionCatalog::pill(custom, host), "⌃⌘Key 110");
-}
-
-class ActionCatalogApps : public ::testing::Test {
-  protected:
-    ActionCatalogApps() {
-        files_->addBundle("/Applications", "Preview.app", "com.example.preview");
-        files_->addBundle("/Applications", "Notes.app", std::nullopt, "Notes");
-        files_->addBundle("/Applications", "Tools", std::nullopt);              // a plain folder
-        files_->folders["/Applications"].push_back("/Applications/Stray.app");  // a file, not a directory
-    }
-
-    ActionHost host() const { return {nullptr, files_.get(), std::nullopt}; }
-
-    std::shared_ptr<FakeAppFiles> files_ = std::make_shared<FakeAppFiles>();
+    friend void PrintTo(const TextCase& row, std::ostream* out) { *out << row.name; }
 };
 
-TEST_F(ActionCatalogApps, AppNameNeedsAnExistingAppDirectory) {
-    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Preview.app"), files_.get()), "Preview");
-    EXPECT_EQ(ActionCatalog::appName(appURL("/Applications/Notes.app"), files_.get()),
-              "Notes");  // extension already hidden
-    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file:///Applications/Preview.app"), files_.get()), "Preview");
-    EXPECT_EQ(ActionCatalog::appName(*URL::parse("file://localhost/Applications/Preview.app/"), files_.get()), "Preview");
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Tools"), files_.get()));
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Stray.app"), files_.get()));
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Gone.app"), files_.get()));
-    EXPECT_FALSE(ActionCatalog::appName(*URL::parse("https://example.com/Preview.app"), files_.get()));
-    EXPECT_FALSE(ActionCatalog::appName(appURL("/Applications/Preview.app"), nullptr));
+class ActionCatalogTexts : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(ActionCatalogTexts, SummaryAndPill) {
+    testing::FakeKeyboardLayout layout({{40, "k"}});
+    testing::FakeAppFiles files;
+    files.addBundle("/Applications", "Preview.app", "com.example.preview");
+    const ActionHost host{&layout, &files, std::nullopt};
+    EXPECT_EQ(ActionCatalog::summary(GetParam().action, host), GetParam().summary);
+    EXPECT_EQ(ActionCatalog::pill(GetParam().action, host), GetParam().pill);
 }
 
-TEST_F(ActionCatalogApps, ChosenAppTexts) {
-    ActionRef open = ref("openapps", "app");
-    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open an app");
-    EXPECT_EQ(ActionCatalog::pill(open, host()), "Open an app");
-    open.app = appURL("/Applications/Preview.app");
-    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open Preview");
-    EXPECT_EQ(ActionCatalog::pill(open, host()), "Preview");
-    open.app = appURL("/Applications/Deleted.app");
-    EXPECT_EQ(ActionCatalog::summary(open, host()), "Open an app");
-    EXPECT_EQ(ActionCatalog::pill(open, host()), "App not found");
+constexpr EventFlags shiftCommand = EventFlag::shift | EventFlag::command;
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ActionCatalogTexts,
+    ::testing::Values(
+        TextCase{"unknownGroup", ref("nowhere", "x"), "Unknown action", "Unknown action"},
+        TextCase{"plainOption", ref("system", "mission"), "Mission Control", "Mission Control"},
+        TextCase{"unusedExtrasChangeNothing",
+                 ref("system", "copy", KeyShortcut{40, shiftCommand}, "/A/B.app"), "Copy", "Copy"},
+        TextCase{"customWithoutShortcut", ref("keyboard", "custom"), "Custom shortcut", "Custom shortcut"},
+        TextCase{"customShortcut", ref("keyboard", "custom", KeyShortcut{40, shiftCommand}), "Press ⇧⌘K",
+                 "⇧⌘K"},
+        TextCase{"noAppChosen", ref("openapps", "app"), "Open an app", "Open an app"},
+        TextCase{"chosenApp", ref("openapps", "app", std::nullopt, "/Applications/Preview.app"),
+                 "Open Preview", "Preview"},
+        TextCase{"chosenAppGone", ref("openapps", "app", std::nullopt, "/Applications/Deleted.app"),
+                 "Open an app", "App not found"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ActionCatalog, AppNameNeedsAnExistingAppDirectory) {
+    testing::FakeAppFiles files;
+    files.addBundle("/Applications", "Preview.app", "com.example.preview");
+    files.addBundle("/Applications", "Notes.app", std::nullopt, "Notes");  // extension already hidden
+    files.addBundle("/Applications", "Tools", std::nullopt);               // a plain folder
+    files.folders["/Applications"].push_back("/Applications/Stray.app");   // a file, not a directory
+    const auto name = [&](const char* url) { return ActionCatalog::appName(*URL::parse(url), &files); };
+    EXPECT_EQ(name("file:///Applications/Preview.app/"), "Preview");
+    EXPECT_EQ(name("file:///Applications/Notes.app/"), "Notes");
+    EXPECT_EQ(name("file:///Applications/Preview.app"), "Preview");
+    EXPECT_EQ(name("file://localhost/Applications/Preview.app/"), "Preview");
+    for (const char* missing :
+         {"file:///Applications/Tools/", "file:///Applications/Stray.app", "file:///Applications/Gone.app/",
+          "https://example.com/Applications/Preview.app/"})
+        EXPECT_FALSE(name(missing)) << missing;
+    EXPECT_FALSE(ActionCatalog::appName(URL::fileURL("/Applications/Preview.app", true), nullptr));
 }
 
-std::vector<std::string> shape(const std::vector<AppActions>& apps) {
-    std::vector<std::string> result;
-    for (const AppActions& app : apps) {
-        for (const ActionOption& option : app.options) result.push_back(app.id + "/" + option.id);
+struct FilterCase {
+    const char* name;
+    const char* query;
+    std::vector<std::string> found;  // "group/option", or "group/*" for a whole group
+
+    friend void PrintTo(const FilterCase& row, std::ostream* out) { *out << row.name; }
+};
+
+class ActionCatalogFilter : public ::testing::TestWithParam<FilterCase> {};
+
+TEST_P(ActionCatalogFilter, FindsLabelsKeysAndGroupsInCatalogOrder) {
+    std::vector<std::string> found;
+    for (const AppActions& app : ActionCatalog::filtered(GetParam().query)) {
+        const auto& whole = *std::find_if(ActionCatalog::apps().begin(), ActionCatalog::apps().end(),
+                                          [&](const AppActions& a) { return a.id == app.id; });
+        EXPECT_TRUE(app.name == whole.name && app.symbol == whole.symbol) << app.id;
+        if (app == whole) found.push_back(app.id + "/*");
+        for (const ActionOption& option : app.options) {
+            // What is found is the catalog's own option, data and all.
+            EXPECT_EQ(option, *ActionCatalog::lookup(ref(app.id, option.id))->option);
+            if (app != whole) found.push_back(app.id + "/" + option.id);
+        }
     }
-    return result;
+    EXPECT_EQ(found, GetParam().found);
 }
 
-using Shape = std::vector<std::string>;
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ActionCatalogFilter,
+    ::testing::Values(
+        FilterCase{
+            "labelWithoutCaseSpacesAndTabsTrimmed", "  ZOOM\t", {"browsers/zoomin", "browsers/zoomout"}},
+        FilterCase{"lineEndIsNotTrimmed", "zoom\n", {}}, FilterCase{"groupIdsAreNotSearched", "safari", {}},
+        FilterCase{"diacriticsInTheLabel", "expose", {"system/expose"}},
+        FilterCase{"combiningMark", "Expose\u0301", {"system/expose"}},
+        FilterCase{"diacriticsInAGroupName", "mäcös", {"system/*"}},
+        FilterCase{"groupNameKeepsTheWholeGroup", "tabbed", {"tabs/*"}},
+        FilterCase{"keysText", "⇧⌘T", {"browsers/reopen"}},
+        FilterCase{"keysWithoutCase", "f11", {"system/desktop"}},
+        FilterCase{"labelsAcrossGroups", "new tab", {"browsers/newtab", "browsers/linktab", "tabs/newtab"}}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ActionCatalogFilter, EmptyOrBlankQueryKeepsEverything) {
     EXPECT_EQ(ActionCatalog::filtered(""), ActionCatalog::apps());
     EXPECT_EQ(ActionCatalog::filtered(" \t "), ActionCatalog::apps());
-}
-
-TEST(ActionCatalogFilter, LabelsMatchWithoutCase) {
-    const Shape zoom{"browsers/zoomin", "browsers/zoomout"};
-    EXPECT_EQ(shape(ActionCatalog::filtered("zoom")), zoom);
-    EXPECT_EQ(shape(ActionCatalog::filtered("ZOOM")), zoom);
-    EXPECT_EQ(shape(ActionCatalog::filtered("  Zoom\t")), zoom);
-    // A line end is not trimmed and matches nothing.
-    EXPECT_TRUE(ActionCatalog::filtered("zoom\n").empty());
-    EXPECT_TRUE(ActionCatalog::filtered("safari").empty());
-}
-
-TEST(ActionCatalogFilter, DiacriticsAreIgnoredEitherWay) {
-    const Shape expose{"system/expose"};
-    EXPECT_EQ(shape(ActionCatalog::filtered("expose")), expose);
-    EXPECT_EQ(shape(ActionCatalog::filtered("EXPOSÉ")), expose);
-    EXPECT_EQ(shape(ActionCatalog::filtered("Expose\u0301")), expose);
-    EXPECT_EQ(shape(ActionCatalog::filtered("mäcös")), shape({ActionCatalog::apps()[3]}));
-}
-
-TEST(ActionCatalogFilter, GroupNameKeepsTheWholeGroup) {
-    const auto result = ActionCatalog::filtered("tabbed");
-    ASSERT_EQ(result.size(), 1u);
-    EXPECT_EQ(result[0], ActionCatalog::apps()[1]);
-}
-
-TEST(ActionCatalogFilter, KeysMatchAndGroupOrderStays) {
-    // "⌘T" is the keys text of new tab; "Open new tab" matches through its label too.
-    EXPECT_EQ(shape(ActionCatalog::filtered("⇧⌘T")), (Shape{"browsers/reopen"}));
-    EXPECT_EQ(shape(ActionCatalog::filtered("new tab")),
-              (Shape{"browsers/newtab", "browsers/linktab", "tabs/newtab"}));
-    EXPECT_EQ(shape(ActionCatalog::filtered("f11")), (Shape{"system/desktop"}));
-}
-
-TEST(ActionCatalogFilter, MatchingGroupKeepsOptionDataIntact) {
-    const auto result = ActionCatalog::filtered("first tab");
-    ASSERT_EQ(result.size(), 2u);
-    EXPECT_EQ(result[0].name, "Browsers");
-    EXPECT_EQ(result[0].symbol, "globe");
-    EXPECT_EQ(result[1].options[0], ActionCatalog::apps()[1].options[2]);
 }
 
 }  // namespace

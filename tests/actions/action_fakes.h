@@ -20,9 +20,7 @@ class FakeKeyboardLayout : public KeyboardLayout {
 
     std::optional<std::string> characters(std::uint16_t keyCode) const override {
         asked.push_back(keyCode);
-        const auto it = keys_.find(keyCode);
-        if (it == keys_.end()) return std::nullopt;
-        return it->second;
+        return keys_.contains(keyCode) ? std::optional(keys_.at(keyCode)) : std::nullopt;
     }
 
     mutable std::vector<std::uint16_t> asked;
@@ -55,18 +53,14 @@ class FakeAppFiles : public AppFiles {
     }
 
     std::vector<std::string> contents(const std::string& folder) const override {
-        const auto it = folders.find(folder);
-        return it == folders.end() ? std::vector<std::string>{} : it->second;
+        return folders.contains(folder) ? folders.at(folder) : std::vector<std::string>{};
     }
-    bool isDirectory(const std::string& path) const override { return directories.count(path) > 0; }
+    bool isDirectory(const std::string& path) const override { return directories.contains(path); }
     std::string displayName(const std::string& path) const override {
-        const auto it = bundles.find(path);
-        if (it != bundles.end()) return it->second.displayName;
-        return path.substr(path.rfind('/') + 1);
+        return bundles.contains(path) ? bundles.at(path).displayName : path.substr(path.rfind('/') + 1);
     }
     std::optional<std::string> bundleIdentifier(const std::string& path) const override {
-        const auto it = bundles.find(path);
-        return it == bundles.end() ? std::nullopt : it->second.identifier;
+        return bundles.contains(path) ? bundles.at(path).identifier : std::nullopt;
     }
     std::string homeDirectory() const override { return home; }
 };

@@ -7,192 +7,150 @@
 namespace ostrelle {
 namespace {
 
-using testing::actionRef;
 using testing::ActionRunnerTest;
 using testing::beep;
 
 const std::string noTabGroupText = "go to first/last tab failed: no tab group found in the front window";
 const std::string unreadableExtrasText = "action failed: Control Center's menu-bar items aren't readable";
 
-RecordedEvent pressOf(std::string element) {
-    return recorded::Press{std::move(element), "AXPress"};
+std::vector<RecordedEvent> pressOf(std::string element) {
+    return {recorded::Press{std::move(element), "AXPress"}};
+}
+
+FakeElement::Ptr node(std::string name, std::string role,
+                      const std::vector<FakeElement::Ptr>& children = {}) {
+    auto element = FakeElement::make(std::move(name), std::move(role));
+    for (const auto& child : children) element->addChild(child);
+    return element;
 }
 
 // A tab group with the tabs listed under "AXTabs".
-FakeElement::Ptr tabGroup(const std::string& name, const std::vector<std::string>& tabs) {
-    auto group = FakeElement::make(name, "AXTabGroup");
-    auto& list = group->lists["AXTabs"];
-    for (const std::string& tab : tabs) list.push_back(FakeElement::make(tab, "AXRadioButton"));
+FakeElement::Ptr tabs(const std::vector<std::string>& names,
+                      const std::vector<FakeElement::Ptr>& children = {}) {
+    auto group = node("tabs", "AXTabGroup", children);
+    auto& list = group->lists["AXTabs"];  // present even when empty
+    for (const std::string& name : names) list.push_back(node(name, "AXRadioButton"));
     return group;
 }
 
-// A window whose tab group is the `position`-th element a breadth-first search meets: a chain
-// of single children below the window (which is the first).
-FakeElement::Ptr windowWithTabGroupAt(std::size_t position) {
-    auto window = FakeElement::make("window", "AXWindow");
-    FakeElement::Ptr parent = window;
-    for (std::size_t i = 2; i < position; ++i)
-        parent = parent->addChild(FakeElement::make("group", "AXGroup"));
-    parent->addChild(tabGroup("tabs", {"first tab", "last tab"}));
-    return window;
+// The tab group is the `position`-th element a breadth-first search meets: a chain of single
+// children below the window, which is the first.
+FakeElement::Ptr tabsAt(std::size_t position) {
+    FakeElement::Ptr chain = tabs({"first tab", "last tab"});
+    for (std::size_t i = 2; i < position; ++i) chain = node("group", "AXGroup", {chain});
+    return node("window", "AXWindow", {chain});
 }
 
-class ActionRunnerTabsTest : public ActionRunnerTest {
-  protected:
-    void expectFailure() {
-        EXPECT_EQ(errors(), std::vector<std::string>{noTabGroupText});
-        EXPECT_EQ(events(), std::vector<RecordedEvent>{beep});
-    }
+// The tab group's parent comes first, then `leaves` childless elements: the group is element
+// leaves + 3.
+FakeElement::Ptr wideWindow(int leaves) {
+    std::vector<FakeElement::Ptr> children{node("holder", "AXGroup", {tabs({"tab"})})};
+    for (int i = 0; i < leaves; ++i) children.push_back(node("leaf", "AXStaticText"));
+    return node("window", "AXWindow", children);
+}
+
+// Stands for no app in front at all, rather than an app without a window.
+const FakeElement::Ptr noApp = node("no app in front", "");
+
+struct TabCase {
+    const char* name;
+    FakeElement::Ptr window;  // the front app's focused window; null: none
+    const char* option;
+    const char* pressed;  // null: fails
+
+    friend void PrintTo(const TabCase& row, std::ostream* out) { *out << row.name; }
 };
 
-TEST_F(ActionRunnerTabsTest, PressesTheFirstOrLastTab) {
-    auto window = FakeElement::make("window", "AXWindow");
-    auto toolbar = window->addChild(FakeElement::make("toolbar", "AXToolbar"));
-    toolbar->addChild(FakeElement::make("back", "AXButton"));
-    window->addChild(tabGroup("tabs", {"one", "two", "three"}));
-    system.setFrontmost("com.apple.finder", window);
+class ActionRunnerTabs : public ActionRunnerTest, public ::testing::WithParamInterface<TabCase> {};
 
-    run("tabs", "first");
-    run("tabs", "last");
-    EXPECT_EQ(events(), (std::vector<RecordedEvent>{pressOf("one"), pressOf("three")}));
-    EXPECT_TRUE(errors().empty());
+TEST_P(ActionRunnerTabs, PressesTheFirstOrLastTabOrFails) {
+    if (GetParam().window != noApp) system.setFrontmost("com.apple.finder", GetParam().window);
+    run("tabs", GetParam().option);
+    if (GetParam().pressed == nullptr) {
+        EXPECT_EQ(errors(), std::vector<std::string>{noTabGroupText});
+        EXPECT_EQ(events(), std::vector<RecordedEvent>{beep});
+    } else {
+        EXPECT_EQ(events(), pressOf(GetParam().pressed));
+        EXPECT_TRUE(errors().empty());
+    }
 }
 
-TEST_F(ActionRunnerTabsTest, TheShallowestTabGroupWinsOverAnEarlierDeepOne) {
-    // Breadth first: the web page's tab strip sits deep in the first branch, the window's own
-    // tab bar one level down in the second.
-    auto window = FakeElement::make("window", "AXWindow");
-    auto page = window->addChild(FakeElement::make("page", "AXGroup"));
-    page->addChild(FakeElement::make("frame", "AXGroup"))->addChild(tabGroup("page tabs", {"page tab"}));
-    window->addChild(tabGroup("window tabs", {"window tab"}));
-    system.setFrontmost("com.apple.Safari", window);
-    run("tabs", "first");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("window tab")});
-}
+const FakeElement::Ptr toolbarAndTabs =
+    node("window", "AXWindow",
+         {node("toolbar", "AXToolbar", {node("back", "AXButton")}), tabs({"one", "two", "three"})});
 
-TEST_F(ActionRunnerTabsTest, TabsFallBackToChildrenWhenThereIsNoTabList) {
-    auto group = FakeElement::make("tabs", "AXTabGroup");
-    group->addChild(FakeElement::make("left", "AXRadioButton"));
-    group->addChild(FakeElement::make("right", "AXRadioButton"));
-    system.setFrontmost("com.apple.finder", group);
-    run("tabs", "last");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("right")});
-}
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ActionRunnerTabs,
+    ::testing::Values(
+        TabCase{"first", toolbarAndTabs, "first", "one"}, TabCase{"last", toolbarAndTabs, "last", "three"},
+        // Breadth first: the page's tab strip sits deep in the first branch, the window's own tab
+        // bar one level down in the second.
+        TabCase{"shallowestWinsOverAnEarlierDeepOne",
+                node("window", "AXWindow",
+                     {node("page", "AXGroup", {node("frame", "AXGroup", {tabs({"page tab"})})}),
+                      tabs({"window tab"})}),
+                "first", "window tab"},
+        TabCase{"childrenWithoutATabList",
+                node("tabs", "AXTabGroup", {node("left", "AXRadioButton"), node("right", "AXRadioButton")}),
+                "last", "right"},
+        TabCase{"anEmptyTabListEvenWithChildren", tabs({}, {node("scroll", "AXScrollArea")}), "first",
+                nullptr},
+        TabCase{"aGroupWithNoList", node("tabs", "AXTabGroup"), "last", nullptr},
+        TabCase{"noAppInFront", noApp, "first", nullptr},
+        TabCase{"noFocusedWindow", nullptr, "first", nullptr},
+        TabCase{"noTabGroup", node("window", "AXWindow", {node("text", "AXTextArea"), node("no role", "")}),
+                "last", nullptr},
+        TabCase{"theThreeHundredthElementIsExamined", tabsAt(300), "last", "last tab"},
+        TabCase{"theThreeHundredAndFirstIsNot", tabsAt(301), "last", nullptr},
+        TabCase{"theCapCountsAcrossBranches", wideWindow(297), "first", "tab"},
+        TabCase{"andStopsAcrossBranches", wideWindow(298), "first", nullptr}),
+    [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(ActionRunnerTabsTest, AnEmptyTabListFailsEvenWithChildren) {
-    auto group = tabGroup("tabs", {});
-    group->addChild(FakeElement::make("scroll area", "AXScrollArea"));
-    system.setFrontmost("com.apple.finder", group);
-    run("tabs", "first");
-    expectFailure();
-}
+const std::string focus = "com.apple.menuextra.focusmode";
+const std::string controlCenter = "com.apple.menuextra.controlcenter";
+const std::string clock = "com.apple.menuextra.clock";
 
-TEST_F(ActionRunnerTabsTest, ATabGroupWithNoListFails) {
-    system.setFrontmost("com.apple.finder", FakeElement::make("tabs", "AXTabGroup"));
-    run("tabs", "last");
-    expectFailure();
-}
-
-TEST_F(ActionRunnerTabsTest, NoAppInFrontFails) {
-    run("tabs", "first");
-    expectFailure();
-}
-
-TEST_F(ActionRunnerTabsTest, NoFocusedWindowFails) {
-    system.setFrontmost("com.apple.finder");
-    run("tabs", "first");
-    expectFailure();
-}
-
-TEST_F(ActionRunnerTabsTest, NoTabGroupInTheWindowFails) {
-    auto window = FakeElement::make("window", "AXWindow");
-    window->addChild(FakeElement::make("text", "AXTextArea"));
-    window->addChild(FakeElement::make("no role"));
-    system.setFrontmost("com.apple.TextEdit", window);
-    run("tabs", "last");
-    expectFailure();
-}
-
-TEST_F(ActionRunnerTabsTest, TheThreeHundredthElementIsStillExamined) {
-    system.setFrontmost("com.apple.finder", windowWithTabGroupAt(300));
-    run("tabs", "last");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("last tab")});
-    EXPECT_TRUE(errors().empty());
-}
-
-TEST_F(ActionRunnerTabsTest, TheThreeHundredAndFirstIsNot) {
-    system.setFrontmost("com.apple.finder", windowWithTabGroupAt(301));
-    run("tabs", "last");
-    expectFailure();
-}
-
-// A window with `leaves` childless elements beside the tab group's parent, which comes first:
-// window, parent, the leaves, then the tab group.
-FakeElement::Ptr wideWindow(int leaves) {
-    auto window = FakeElement::make("window", "AXWindow");
-    auto holder = window->addChild(FakeElement::make("holder", "AXGroup"));
-    for (int i = 0; i < leaves; ++i) window->addChild(FakeElement::make("leaf", "AXStaticText"));
-    holder->addChild(tabGroup("tabs", {"tab"}));
-    return window;
-}
-
-TEST_F(ActionRunnerTabsTest, TheCapCountsElementsAcrossBranches) {
-    system.setFrontmost("com.apple.finder", wideWindow(297));  // the group is element 300
-    run("tabs", "first");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("tab")});
-
-    system.clearRecorded();
-    system.setFrontmost("com.apple.finder", wideWindow(298));  // and here 301
-    run("tabs", "first");
-    expectFailure();
-}
-
-TEST_F(ActionRunnerTest, MenuExtraPressesTheFirstPresentIdentifier) {
-    system.setControlCenterExtras({"com.apple.menuextra.battery", "com.apple.menuextra.clock"});
-    run("system", "notify");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("com.apple.menuextra.clock")});
-    EXPECT_TRUE(errors().empty());
-}
-
-TEST_F(ActionRunnerTest, FocusPrefersFocusOverControlCenterWhateverTheMenuBarOrder) {
-    system.setControlCenterExtras({"com.apple.menuextra.controlcenter", "com.apple.menuextra.focusmode"});
-    run("system", "focus");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("com.apple.menuextra.focusmode")});
-}
-
-TEST_F(ActionRunnerTest, FocusFallsBackToControlCenter) {
-    system.setControlCenterExtras({"com.apple.menuextra.clock", "com.apple.menuextra.controlcenter"});
-    run("system", "focus");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("com.apple.menuextra.controlcenter")});
-}
-
-TEST_F(ActionRunnerTest, NoneOfTheExtrasPresentListsThemAll) {
-    system.setControlCenterExtras({"com.apple.menuextra.clock"});
-    run("system", "focus");
-    EXPECT_EQ(errors(), std::vector<std::string>{"action failed: none of com.apple.menuextra.focusmode, "
-                                                 "com.apple.menuextra.controlcenter is in the menu bar"});
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{beep});
+TEST_F(ActionRunnerTest, MenuExtrasPressTheFirstListedIdentifierPresent) {
+    const struct {
+        const char* name;
+        std::vector<std::string> extras;  // in menu-bar order
+        const char* option;
+        std::string pressed;  // empty: none is there
+    } rows[] = {
+        {"notifications", {"com.apple.menuextra.battery", clock}, "notify", clock},
+        {"focusWhateverTheMenuBarOrder", {controlCenter, focus}, "focus", focus},
+        {"focusFallsBackToControlCenter", {clock, controlCenter}, "focus", controlCenter},
+        {"noneOfThem", {clock}, "focus", ""},
+    };
+    for (const auto& row : rows) {
+        system.clearRecorded();
+        system.setControlCenterExtras(row.extras);
+        run("system", row.option);
+        EXPECT_EQ(events(), row.pressed.empty() ? std::vector<RecordedEvent>{beep} : pressOf(row.pressed))
+            << row.name;
+    }
+    // Only the last fails, naming every identifier it looked for.
+    EXPECT_EQ(errors(), std::vector<std::string>{"action failed: none of " + focus + ", " + controlCenter +
+                                                 " is in the menu bar"});
 }
 
 TEST_F(ActionRunnerTest, OfTwoExtrasWithOneIdentifierTheFirstIsPressed) {
     system.setControlCenterExtras({});
     auto& items = system.running["com.apple.controlcenter"]->elements["AXExtrasMenuBar"]->lists["AXChildren"];
     for (const char* name : {"unnamed", "first clock", "second clock"}) {
-        auto item = FakeElement::make(name, "AXMenuBarItem");
-        if (std::string(name) != "unnamed") item->strings["AXIdentifier"] = "com.apple.menuextra.clock";
-        items.push_back(item);
+        items.push_back(node(name, "AXMenuBarItem"));
+        if (items.size() > 1) items.back()->strings["AXIdentifier"] = clock;
     }
     run("system", "notify");
-    EXPECT_EQ(events(), std::vector<RecordedEvent>{pressOf("first clock")});
+    EXPECT_EQ(events(), pressOf("first clock"));
 }
 
 TEST_F(ActionRunnerTest, UnreadableControlCenterSaysSo) {
     // Not running; running without an extras bar; an extras bar without a readable item list.
     run("system", "notify");
-    system.running["com.apple.controlcenter"] = FakeElement::make("Control Center", "AXApplication");
+    system.running["com.apple.controlcenter"] = node("Control Center", "AXApplication");
     run("system", "notify");
-    system.running["com.apple.controlcenter"]->elements["AXExtrasMenuBar"] =
-        FakeElement::make("bar", "AXMenuBar");
+    system.running["com.apple.controlcenter"]->elements["AXExtrasMenuBar"] = node("bar", "AXMenuBar");
     run("system", "notify");
     EXPECT_EQ(errors(), std::vector<std::string>(3, unreadableExtrasText));
     EXPECT_EQ(events(), std::vector<RecordedEvent>(3, beep));

@@ -28,15 +28,29 @@ class DuplicateTabTest : public ActionRunnerTest {
         system.pasteboardChangeCount = 41;
     }
 
-    // The user's own copy: two items, one of them with two representations.
+    // The user's own copy: two items, one of them with two representations, plain text first.
     const std::vector<PasteboardItem> userItems{
         {{"public.utf8-plain-text", {'h', 'i'}}, {"public.html", {'<', 'b', '>'}}},
         {{"public.png", {0x89, 0x50, 0x4E, 0x47}}}};
 
-    // The events from the given index on.
-    std::vector<RecordedEvent> eventsFrom(std::size_t index) const {
-        const auto& all = events();
-        return {all.begin() + static_cast<std::ptrdiff_t>(std::min(index, all.size())), all.end()};
+    // Nothing new happens until just before `due`; just after it, exactly `expected` does.
+    void expectStep(double due, const std::vector<RecordedEvent>& expected) {
+        const std::size_t seen = events().size();
+        queue.advanceTo(due - margin);
+        EXPECT_EQ(events().size(), seen) << "before " << due;
+        queue.advanceTo(due + margin);
+        EXPECT_EQ(
+            std::vector<RecordedEvent>(events().begin() + static_cast<std::ptrdiff_t>(seen), events().end()),
+            expected)
+            << "at " << due;
+    }
+
+    std::vector<RecordedEvent> pasteboardEvents() const {
+        std::vector<RecordedEvent> result;
+        for (const RecordedEvent& event : events()) {
+            if (!std::holds_alternative<recorded::Key>(event)) result.push_back(event);
+        }
+        return result;
     }
 };
 
@@ -45,45 +59,22 @@ TEST_F(DuplicateTabTest, InABrowserPastesTheAddressIntoANewTabAndGivesThePastebo
     run("browsers", "duplicate");
     EXPECT_EQ(events(), std::vector<RecordedEvent>{recorded::PasteboardSave{}} + pressed(37, command) +
                             pressed(8, command));
-
-    std::size_t seen = events().size();
-    queue.advanceTo(0.12 - margin);
-    EXPECT_EQ(events().size(), seen);
-    queue.advanceTo(0.12 + margin);
-    EXPECT_EQ(eventsFrom(seen), pressed(53, 0) + pressed(17, command));
-
-    seen = events().size();
-    queue.advanceTo(0.42 - margin);
-    EXPECT_EQ(events().size(), seen);
-    queue.advanceTo(0.42 + margin);
-    EXPECT_EQ(eventsFrom(seen),
-              std::vector<RecordedEvent>{recorded::PasteboardSet{address}} + pressed(9, command));
-
-    seen = events().size();
-    queue.advanceTo(0.54 + margin);
-    EXPECT_EQ(eventsFrom(seen), pressed(36, 0));
-
-    seen = events().size();
-    queue.advanceTo(0.66 - margin);
-    EXPECT_EQ(events().size(), seen);
+    expectStep(0.12, pressed(53, 0) + pressed(17, command));
+    expectStep(0.42, std::vector<RecordedEvent>{recorded::PasteboardSet{address}} + pressed(9, command));
+    expectStep(0.54, pressed(36, 0));
     EXPECT_EQ(system.pasteboardItems, std::vector<PasteboardItem>{DryRunSystemPort::plainText(address)});
-    queue.advanceTo(0.66 + margin);
-    EXPECT_EQ(eventsFrom(seen), std::vector<RecordedEvent>{recorded::PasteboardRestore{userItems}});
+    expectStep(0.66, {recorded::PasteboardRestore{userItems}});
     EXPECT_EQ(system.pasteboardItems, userItems);
-
     EXPECT_EQ(queue.pendingCount(), 0u);
     EXPECT_TRUE(errors().empty());
 }
 
+// The user's items hold plain text, but nothing changed them: the address field wasn't copied.
 TEST_F(DuplicateTabTest, WhereCopyDoesNothingRestoresAndBeepsAfterOneStep) {
     system.setFrontmost("com.apple.Preview");
     run("browsers", "duplicate");
-    const std::size_t seen = events().size();
-    queue.advanceTo(0.12 - margin);
-    EXPECT_TRUE(errors().empty());
-    queue.advanceTo(0.12 + margin);
+    expectStep(0.12, {recorded::PasteboardRestore{userItems}, beep});
     EXPECT_EQ(errors(), std::vector<std::string>{nothingCopiedText});
-    EXPECT_EQ(eventsFrom(seen), (std::vector<RecordedEvent>{recorded::PasteboardRestore{userItems}, beep}));
     EXPECT_EQ(system.pasteboardItems, userItems);
     EXPECT_EQ(queue.pendingCount(), 0u);
 }
@@ -93,21 +84,16 @@ TEST_F(DuplicateTabTest, AnEmptyCopyIsNoAddress) {
     run("browsers", "duplicate");
     queue.runAll();
     EXPECT_EQ(errors(), std::vector<std::string>{nothingCopiedText});
-    EXPECT_EQ(events().back(), beep);
     EXPECT_EQ(system.pasteboardItems, userItems);
 }
 
-TEST_F(DuplicateTabTest, TextAlreadyOnThePasteboardIsNotACopy) {
-    // The user's item holds plain text, but nothing changed it: the address field wasn't copied.
-    run("browsers", "duplicate");
-    queue.runAll();
-    EXPECT_EQ(errors(), std::vector<std::string>{nothingCopiedText});
-}
-
-TEST_F(DuplicateTabTest, AnEmptyPasteboardComesBackEmpty) {
+TEST_F(DuplicateTabTest, AnEmptyPasteboardComesBackEmptyEvenAfterTheRunnerIsGone) {
     system.pasteboardItems.clear();
     system.copiesOnCommandC = address;
-    run("browsers", "duplicate");
+    {
+        ActionRunner shortLived(system, queue, ActionHost{});
+        shortLived.run(testing::actionRef("browsers", "duplicate"));
+    }
     queue.runAll();
     EXPECT_EQ(events().back(), RecordedEvent{recorded::PasteboardRestore{}});
     EXPECT_TRUE(system.pasteboardItems.empty());
@@ -123,11 +109,6 @@ TEST_F(DuplicateTabTest, TwoOverlappingRunsEachFinishTheirOwnChain) {
     system.copiesOnCommandC = other;
     run("browsers", "duplicate");
     queue.runAll();
-
-    std::vector<RecordedEvent> pasteboardEvents;
-    for (const RecordedEvent& event : events()) {
-        if (!std::holds_alternative<recorded::Key>(event)) pasteboardEvents.push_back(event);
-    }
     const std::vector<RecordedEvent> expected{
         recorded::PasteboardSave{},
         recorded::PasteboardSave{},
@@ -135,19 +116,9 @@ TEST_F(DuplicateTabTest, TwoOverlappingRunsEachFinishTheirOwnChain) {
         recorded::PasteboardSet{other},
         recorded::PasteboardRestore{userItems},
         recorded::PasteboardRestore{{DryRunSystemPort::plainText(address)}}};
-    EXPECT_EQ(pasteboardEvents, expected);
+    EXPECT_EQ(pasteboardEvents(), expected);
     EXPECT_DOUBLE_EQ(queue.now(), 0.2 + 0.66);
     EXPECT_TRUE(errors().empty());
-}
-
-TEST_F(DuplicateTabTest, StepsStillRunAfterTheRunnerIsGone) {
-    system.copiesOnCommandC = address;
-    {
-        ActionRunner shortLived(system, queue, ActionHost{});
-        shortLived.run(testing::actionRef("browsers", "duplicate"));
-    }
-    queue.runAll();
-    EXPECT_EQ(events().back(), RecordedEvent{recorded::PasteboardRestore{userItems}});
 }
 
 }  // namespace

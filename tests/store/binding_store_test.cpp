@@ -1,39 +1,31 @@
 // The binding store: every way of loading, the save refusal, names and grouping, observers.
+#include "store/binding_store.h"
+
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "store/binding_store.h"
+#include "recognition/shape_matching.h"
 #include "store/bindings_file.h"
 #include "testing/temporary_folder.h"
-#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::readText;
-using testing::TemporaryFolder;
-using testing::writeText;
+using Outcome = BindingStoreLoad::Outcome;
 
 constexpr double pinnedNow = 1731600000.75;  // Unix seconds
-WallClock pinnedClock() {
-    return [] { return pinnedNow; };
-}
+const std::string folderInTheWay = "<a folder where the file should be>";
+const ActionRef mission{"system", "mission", {}, {}};
 
-std::vector<std::string> gestureIDs(const std::vector<GestureBinding>& bindings) {
-    std::vector<std::string> ids;
-    for (const GestureBinding& b : bindings) ids.push_back(b.gesture.id);
-    return ids;
-}
-
-std::string fileWith(const std::vector<std::pair<std::string, std::string>>& gestureAndOption) {
-    std::string text = "[";
-    int n = 0;
-    for (const auto& [gesture, option] : gestureAndOption) {
-        if (n++) text += ",";
-        text += R"({"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2)" + std::to_string(n) + R"(", "gesture": ")" + gesture +
-                R"(", "action": {"appID": "browsers", "optionID": ")" + option + R"("}, "createdAt": 5})";
+// A file of bindings of the gestures (JSON texts) to one catalog action.
+std::string fileOf(std::vector<std::string> gestures, std::string app = "browsers",
+                   std::string option = "back") {
+    std::string text;
+    for (const std::string& gesture : gestures) {
+        text += std::string(text.empty() ? "[" : ",") +
+                R"({"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B", "gesture": )" + gesture +
+                R"(, "action": {"appID": ")" + app + R"(", "optionID": ")" + option +
+                R"("}, "createdAt": 5})";
     }
     return text + "]";
 }
@@ -45,194 +37,147 @@ Gesture drawnGesture(const std::string& name, int fingers = 3) {
 }
 
 struct StoreTest : ::testing::Test {
-    TemporaryFolder folder;
+    testing::TemporaryFolder folder;
     fs::path file = folder.path() / "Ostrelle" / "bindings.json";
-    std::size_t filesInFolder() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()));
+
+    std::unique_ptr<BindingStore> open(const std::optional<std::string>& contents,
+                                       bool launchedBefore = false) {
+        fs::create_directories(file.parent_path());
+        if (contents == folderInTheWay) fs::create_directories(file / "inside");
+        if (contents && contents != folderInTheWay) testing::writeText(file, *contents);
+        return std::make_unique<BindingStore>(file, launchedBefore, [] { return pinnedNow; });
     }
 };
 
-TEST_F(StoreTest, AFirstLaunchIsSeededAndWritten) {
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_EQ(gestureIDs(store.bindings()), (std::vector<std::string>{"2.restTap.left", "2.restTap.right", "3.tap", "4.tap"}));
-    EXPECT_EQ(store.bindings()[3].action.appID, "system");
-    EXPECT_EQ(store.bindings()[0].createdAt, pinnedNow - 978307200.0);
-    EXPECT_EQ(store.load().outcome, BindingStoreLoad::Outcome::seeded);
-    EXPECT_EQ(decodeBindingsFile(readText(file)), store.bindings());
+struct LoadCase {
+    const char* name;
+    std::optional<std::string> contents;  // nothing: no file at all
+    bool launchedBefore;
+    Outcome outcome;
+    std::size_t kept;
+    std::size_t dropped;
+    const char* sideFile;  // the backup or set-aside copy; empty: none
+    const char* last;      // the last binding as "gesture app/option"
+
+    friend void PrintTo(const LoadCase& row, std::ostream* out) { *out << row.name; }
+};
+
+class StoreLoad : public StoreTest, public ::testing::WithParamInterface<LoadCase> {};
+
+TEST_P(StoreLoad, KeepsWhatItCanAndWritesTheResultBack) {
+    const LoadCase& row = GetParam();
+    const auto store = open(row.contents, row.launchedBefore);
+    const std::vector<GestureBinding>& bindings = store->bindings();
+    EXPECT_EQ(store->load().outcome, row.outcome);
+    ASSERT_EQ(bindings.size(), row.kept);
+    EXPECT_EQ(store->load().dropped, row.dropped);
+    const GestureBinding* last = bindings.empty() ? nullptr : &bindings.back();
+    EXPECT_EQ(last ? last->gesture.id + " " + last->action.appID + "/" + last->action.optionID : "",
+              row.last);
+    // A seed is created now, counted in seconds since 2001.
+    EXPECT_TRUE(row.outcome == Outcome::loaded || bindings[0].createdAt == pinnedNow - 978307200.0);
+    EXPECT_EQ(testing::readText(file), encodeBindingsFile(bindings));
+    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()),
+              *row.sideFile ? 2 : 1);
+    if (*row.sideFile == '\0') return;
+    const fs::path side = file.parent_path() / row.sideFile;
+    EXPECT_EQ(row.outcome == Outcome::setAside ? store->load().setAside : store->load().backup, side);
+    if (row.contents == folderInTheWay) return;
+    EXPECT_EQ(testing::readText(side), row.contents);
 }
 
-TEST_F(StoreTest, AnEarlierUserWithoutAFileGetsTheLegacySeed) {
-    BindingStore store(file, true, pinnedClock());
-    EXPECT_EQ(store.bindings().size(), 9U);
-    EXPECT_EQ(store.bindings()[8].gesture.id, "5.tap");
-    EXPECT_EQ(store.bindings()[8].action.optionID, "screenshot");
-}
+constexpr const char* backup = "bindings.before-migration-1731600000.json";
+constexpr const char* corrupt = "bindings.corrupt-1731600000.json";
+const char* const nineFingerShape =
+    R"({"id": "9.custom.X", "custom": {"name": "x", "fingers": 9, "path": [], "strokes": []}})";
 
-TEST_F(StoreTest, AnEmptyArrayIsAnEmptyStoreNotACorruptOne) {
-    fs::create_directories(file.parent_path());
-    writeText(file, "[]");
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_TRUE(store.bindings().empty());
-    EXPECT_EQ(store.load().outcome, BindingStoreLoad::Outcome::loaded);
-    EXPECT_EQ(filesInFolder(), 1U);
-    EXPECT_EQ(readText(file), "[\n\n]");
-}
+INSTANTIATE_TEST_SUITE_P(
+    Files, StoreLoad,
+    ::testing::Values(LoadCase{"firstLaunchIsSeeded", std::nullopt, false, Outcome::seeded, 4, 0, "",
+                               "4.tap system/mission"},
+                      LoadCase{"earlierUserGetsTheLegacySeed", std::nullopt, true, Outcome::seeded, 9, 0, "",
+                               "5.tap system/screenshot"},
+                      LoadCase{"emptyArrayIsNotCorrupt", "[]", false, Outcome::loaded, 0, 0, "", ""},
+                      LoadCase{"unknownGestureIsDroppedWithABackup", fileOf({"\"9.tap\"", "\"3.tap\""}),
+                               false, Outcome::loaded, 1, 1, backup, "3.tap browsers/back"},
+                      LoadCase{"vanishedActionIsDropped", fileOf({"\"4.tap\""}, "nosuchapp", "nothing"),
+                               false, Outcome::loaded, 0, 1, backup, ""},
+                      LoadCase{"nineFingerShapeIsDropped", fileOf({nineFingerShape}), false, Outcome::loaded,
+                               0, 1, backup, ""},
+                      LoadCase{"migratedActionNeedsNoBackup",
+                               fileOf({R"({"fingers": 3, "motion": "tap"})"}, "safari", "next"), false,
+                               Outcome::loaded, 1, 0, "", "3.tap browsers/right"},
+                      LoadCase{"corruptFileIsSetAsideForASeed", "{", false, Outcome::setAside, 4, 0, corrupt,
+                               "4.tap system/mission"},
+                      LoadCase{"unreadableFileIsSetAsideLikeACorruptOne", folderInTheWay, true,
+                               Outcome::setAside, 9, 0, corrupt, "5.tap system/screenshot"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(StoreTest, AnUnknownGestureIsDroppedWithABackupOfTheOldFile) {
-    fs::create_directories(file.parent_path());
-    const std::string old = fileWith({{"9.tap", "back"}, {"3.tap", "back"}});
-    writeText(file, old);
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_EQ(gestureIDs(store.bindings()), std::vector<std::string>{"3.tap"});
-    const fs::path backup = file.parent_path() / "bindings.before-migration-1731600000.json";
-    EXPECT_EQ(store.load().backup, backup);
-    EXPECT_EQ(readText(backup), old);
-    EXPECT_EQ(gestureIDs(decodeBindingsFile(readText(file))), std::vector<std::string>{"3.tap"});
-}
-
-TEST_F(StoreTest, InvalidShapesAndVanishedActionsAreDroppedToo) {
-    GestureBinding unnamed = GestureBinding::make(drawnGesture("   "), ActionRef{"browsers", "back", {}, {}}, 1);
-    GestureBinding gone = GestureBinding::make(Gesture("4.tap"), ActionRef{"nosuchapp", "nothing", {}, {}}, 1);
-    GestureBinding fine = GestureBinding::make(drawnGesture("Zig"), ActionRef{"browsers", "back", {}, {}}, 1);
-    fs::create_directories(file.parent_path());
-    writeText(file, encodeBindingsFile({unnamed, gone, fine}));
-    BindingStore store(file, false, pinnedClock());
-    ASSERT_EQ(store.bindings().size(), 1U);
-    EXPECT_EQ(store.bindings()[0], fine);
-    EXPECT_EQ(store.load().dropped, 2U);
-}
-
-TEST_F(StoreTest, ACustomShapeWithAnImpossibleFingerCountIsDroppedNotFatal) {
-    fs::create_directories(file.parent_path());
-    writeText(file, R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B",
-        "gesture": {"id": "9.custom.X", "custom": {"name": "x", "fingers": 9, "path": [], "strokes": []}},
-        "action": {"appID": "browsers", "optionID": "back"}, "createdAt": 5}])");
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_TRUE(store.bindings().empty());
-    EXPECT_EQ(store.load().dropped, 1U);
-}
-
-TEST_F(StoreTest, AMigratedActionIdIsRewrittenWithoutABackup) {
-    fs::create_directories(file.parent_path());
-    writeText(file, R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B",
-        "gesture": {"fingers": 3, "motion": "tap"},
-        "action": {"appID": "safari", "optionID": "next"}, "createdAt": 5}])");
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_EQ(filesInFolder(), 1U);
-    ASSERT_EQ(store.bindings().size(), 1U);
-    EXPECT_EQ(store.bindings()[0].action, (ActionRef{"browsers", "right", {}, {}}));
-    const std::string written = readText(file);
-    EXPECT_NE(written.find(R"("gesture" : "3.tap")"), std::string::npos);
-    EXPECT_NE(written.find(R"("optionID" : "right")"), std::string::npos);
-}
-
-TEST_F(StoreTest, ACorruptFileIsSetAsideAndASeedTakesItsPlace) {
-    fs::create_directories(file.parent_path());
-    writeText(file, "{");
-    BindingStore store(file, false, pinnedClock());
-    const fs::path aside = file.parent_path() / "bindings.corrupt-1731600000.json";
-    EXPECT_EQ(readText(aside), "{");
-    EXPECT_EQ(store.load().outcome, BindingStoreLoad::Outcome::setAside);
-    EXPECT_EQ(store.load().setAside, aside);
-    EXPECT_EQ(store.bindings().size(), 4U);
-    EXPECT_EQ(decodeBindingsFile(readText(file)).size(), 4U);
-}
-
-TEST_F(StoreTest, AnUnreadableFileIsSetAsideLikeACorruptOne) {
-    fs::create_directories(file / "a folder where the file should be");
-    BindingStore store(file, true, pinnedClock());
-    EXPECT_EQ(store.load().outcome, BindingStoreLoad::Outcome::setAside);
-    EXPECT_TRUE(fs::is_directory(file.parent_path() / "bindings.corrupt-1731600000.json"));
-    EXPECT_EQ(store.bindings().size(), 9U);
-    EXPECT_TRUE(fs::is_regular_file(file));
+TEST_F(StoreTest, InvalidShapesAreDroppedToo) {
+    const GestureBinding unnamed = GestureBinding::make(drawnGesture("   "), mission, 1);
+    const GestureBinding fine = GestureBinding::make(drawnGesture("Zig"), mission, 1);
+    const auto store = open(encodeBindingsFile({unnamed, fine}));
+    EXPECT_EQ(store->bindings(), std::vector<GestureBinding>{fine});
+    EXPECT_EQ(store->load().dropped, 1U);
 }
 
 TEST_F(StoreTest, WriteFailuresAreSwallowedAndTheListStaysTheTruth) {
-    // The "folder" of the file is a plain file, so nothing can ever be written.
-    fs::create_directories(folder.path());
-    writeText(folder.path() / "blocked", "x");
-    BindingStore store(folder.path() / "blocked" / "bindings.json", false, pinnedClock());
-    EXPECT_EQ(store.bindings().size(), 4U);
-    EXPECT_TRUE(store.save(GestureBinding::make(Gesture("5.tap"), ActionRef{"system", "mission", {}, {}}, 1)));
+    testing::writeText(folder.path() / "blocked", "x");  // a file where the folder should be
+    BindingStore store(folder.path() / "blocked" / "bindings.json", false, [] { return pinnedNow; });
+    EXPECT_TRUE(store.save(GestureBinding::make(Gesture("5.tap"), mission, 1)));
     EXPECT_EQ(store.bindings().size(), 5U);
 }
 
-TEST_F(StoreTest, SaveRefusesAGestureAnotherBindingHoldsAndReplacesInPlace) {
-    BindingStore store(file, false, pinnedClock());
-    const GestureBinding other = GestureBinding::make(Gesture("3.tap"), ActionRef{"system", "mission", {}, {}}, 1);
-    EXPECT_FALSE(store.save(other));
-    EXPECT_TRUE(store.isInUse(Gesture("3.tap"), std::nullopt));
-    GestureBinding edited = store.bindings()[2];
-    EXPECT_FALSE(store.isInUse(edited.gesture, edited.id));
-    edited.action = ActionRef{"system", "mission", {}, {}};
-    EXPECT_TRUE(store.save(edited));
-    EXPECT_EQ(store.bindings()[2], edited);
-    EXPECT_EQ(store.bindings().size(), 4U);
-    EXPECT_EQ(decodeBindingsFile(readText(file))[2].action.appID, "system");
-}
-
-TEST_F(StoreTest, BindingForMatchesTheIdAloneAndTheFirstWins) {
-    BindingStore store(file, false, pinnedClock());
+TEST_F(StoreTest, SaveRefusesAGestureAnotherBindingHoldsAndReplacesInPlaceRemoveAlwaysWrites) {
+    const auto store = open(std::nullopt);
+    int changes = 0;
+    store->observers.add([&] { ++changes; });
+    EXPECT_FALSE(store->save(GestureBinding::make(Gesture("3.tap"), mission, 1)));
+    EXPECT_TRUE(store->isInUse(Gesture("3.tap"), std::nullopt));
+    GestureBinding edited = store->bindings()[2];
+    EXPECT_FALSE(store->isInUse(edited.gesture, edited.id));
+    edited.action = mission;
+    EXPECT_TRUE(store->save(edited));
+    EXPECT_EQ(store->bindings()[2], edited);
+    EXPECT_EQ(decodeBindingsFile(testing::readText(file))[2].action, mission);
+    // Looked up by the id alone, shapes aside.
     Gesture withShape("3.tap");
     withShape.custom = drawnGesture("x").custom;
-    const GestureBinding* found = store.bindingFor(withShape);
-    ASSERT_NE(found, nullptr);
-    EXPECT_EQ(found->action.optionID, "newtab");
-    EXPECT_EQ(store.bindingFor(Gesture("5.swipe.up")), nullptr);
-}
+    EXPECT_EQ(store->bindingFor(withShape), &store->bindings()[2]);
+    EXPECT_EQ(store->bindingFor(Gesture("5.swipe.up")), nullptr);
 
-TEST_F(StoreTest, RemoveDropsEveryBindingWithTheIdAndAlwaysWrites) {
-    BindingStore store(file, false, pinnedClock());
-    const std::string id = store.bindings()[1].id;
-    store.remove(id);
-    EXPECT_EQ(gestureIDs(store.bindings()), (std::vector<std::string>{"2.restTap.left", "3.tap", "4.tap"}));
+    store->remove(store->bindings()[1].id);
+    EXPECT_EQ(store->bindings().size(), 3U);
+    EXPECT_EQ(store->bindings()[1], edited);
     fs::remove(file);
-    store.remove("no such id");
+    store->remove("no such id");
     EXPECT_TRUE(fs::exists(file));
+    EXPECT_EQ(changes, 3);  // not the refused save
 }
 
-TEST_F(StoreTest, ObserversHearEveryChange) {
-    BindingStore store(file, false, pinnedClock());
-    int changes = 0;
-    store.observers.add([&] { ++changes; });
-    store.save(GestureBinding::make(Gesture("5.tap"), ActionRef{"system", "mission", {}, {}}, 1));
-    store.save(GestureBinding::make(Gesture("5.tap"), ActionRef{"system", "mission", {}, {}}, 1));  // refused
-    store.remove(store.bindings()[0].id);
-    EXPECT_EQ(changes, 2);
-}
-
-TEST_F(StoreTest, NextCustomNameTakesTheFirstFreeNumberCaseSensitively) {
-    BindingStore store(file, false, pinnedClock());
-    EXPECT_EQ(store.nextCustomName(), "Custom gesture 1");
-    store.save(GestureBinding::make(drawnGesture("Custom gesture 1"), ActionRef{"system", "mission", {}, {}}, 1));
-    store.save(GestureBinding::make(drawnGesture("Custom gesture 3", 4), ActionRef{"system", "mission", {}, {}}, 2));
-    EXPECT_EQ(store.nextCustomName(), "Custom gesture 2");
-    EXPECT_EQ(store.customGestures().size(), 2U);
-
-    BindingStore other(folder.path() / "other.json", false, pinnedClock());
-    other.save(GestureBinding::make(drawnGesture("custom gesture 1"), ActionRef{"system", "mission", {}, {}}, 1));
-    EXPECT_EQ(other.nextCustomName(), "Custom gesture 1");
-}
-
-TEST_F(StoreTest, GroupedByFingersSortsByCatalogOrderThenCreation) {
-    fs::create_directories(file.parent_path());
-    writeText(file, "[]");
-    BindingStore store(file, false, pinnedClock());
-    const ActionRef action{"system", "mission", {}, {}};
-    store.save(GestureBinding::make(drawnGesture("late"), action, 30));
-    store.save(GestureBinding::make(Gesture("3.swipe.up"), action, 50));
-    store.save(GestureBinding::make(drawnGesture("early"), action, 10));
-    store.save(GestureBinding::make(Gesture("3.click"), action, 60));
-    store.save(GestureBinding::make(Gesture("2.restTap.right"), action, 1));
-    store.save(GestureBinding::make(Gesture("9.tap"), action, 1));  // no definition: never listed
-    const auto groups = store.groupedByFingers();
-    ASSERT_EQ(groups.size(), 2U);
+TEST_F(StoreTest, CustomNamesTakeTheFirstFreeNumberAndGroupsSortByCatalogOrderThenCreation) {
+    const auto store = open("[]");
+    EXPECT_EQ(store->nextCustomName(), "Custom gesture 1");
+    const std::vector<std::pair<Gesture, double>> saved{
+        {drawnGesture("Custom gesture 3"), 30}, {Gesture("3.swipe.up"), 50},
+        {drawnGesture("custom gesture 1"), 10}, {Gesture("3.click"), 60},
+        {Gesture("2.restTap.right"), 1},        {Gesture("9.tap"), 1},  // no definition: never listed
+    };
+    for (const auto& [gesture, createdAt] : saved)
+        store->save(GestureBinding::make(gesture, mission, createdAt));
+    EXPECT_EQ(store->nextCustomName(), "Custom gesture 1");  // names compare with case
+    store->save(GestureBinding::make(drawnGesture("Custom gesture 1", 4), mission, 1));
+    EXPECT_EQ(store->nextCustomName(), "Custom gesture 2");
+    EXPECT_EQ(store->customGestures().size(), 3U);
+    const auto groups = store->groupedByFingers();
+    ASSERT_EQ(groups.size(), 3U);
     EXPECT_EQ(groups[0].fingers, 2);
     EXPECT_EQ(groups[1].fingers, 3);
     std::vector<std::string> three;
-    for (const GestureBinding& b : groups[1].bindings) three.push_back(b.gesture.custom ? b.gesture.custom->name : b.gesture.id);
-    EXPECT_EQ(three, (std::vector<std::string>{"3.click", "3.swipe.up", "early", "late"}));
+    for (const GestureBinding& b : groups[1].bindings)
+        three.push_back(b.gesture.custom ? b.gesture.custom->name : b.gesture.id);
+    EXPECT_EQ(three,
+              (std::vector<std::string>{"3.click", "3.swipe.up", "custom gesture 1", "Custom gesture 3"}));
 }
 
 }  // namespace

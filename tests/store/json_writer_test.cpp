@@ -1,31 +1,12 @@
 // The bindings file's printing style, byte for byte.
-#include <gtest/gtest.h>
-
 #include "store/json_writer.h"
+
+#include <gtest/gtest.h>
 
 namespace ostrelle {
 namespace {
 
 using nlohmann::json;
-
-TEST(BindingsStyleJSON, PrintsOneMemberPerLineWithSortedKeys) {
-    const json file = json::array({json::object({{"id", "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B"},
-                                                 {"gesture", "2.restTap.left"},
-                                                 {"createdAt", 753300000.25},
-                                                 {"action", {{"optionID", "back"}, {"appID", "browsers"}}}})});
-    EXPECT_EQ(writeBindingsStyleJSON(file),
-              "[\n"
-              "  {\n"
-              "    \"action\" : {\n"
-              "      \"appID\" : \"browsers\",\n"
-              "      \"optionID\" : \"back\"\n"
-              "    },\n"
-              "    \"createdAt\" : 753300000.25,\n"
-              "    \"gesture\" : \"2.restTap.left\",\n"
-              "    \"id\" : \"0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2B\"\n"
-              "  }\n"
-              "]");
-}
 
 TEST(BindingsStyleJSON, NestedArraysPutEachNumberOnItsOwnLine) {
     const json shortcut = {{"key", 17}, {"modifiers", {"control", "command"}}};
@@ -75,7 +56,10 @@ TEST(BindingsStyleJSON, StringsEscapeSlashesQuotesAndControls) {
               "\"file:\\/\\/\\/Applications\\/Preview.app\\/\"");
     EXPECT_EQ(writeBindingsStyleJSON(json("a\"b\\c\nd\x01")), "\"a\\\"b\\\\c\\nd\\u0001\"");
     EXPECT_EQ(writeBindingsStyleJSON(json("Zürich ⌘")), "\"Zürich ⌘\"");
-    EXPECT_EQ(writeBindingsStyleJSON(json("\x1f" "ab/" "\x7f")), "\"\\u001fab\\/\x7f\"");
+    EXPECT_EQ(writeBindingsStyleJSON(json("\x1f"
+                                          "ab/"
+                                          "\x7f")),
+              "\"\\u001fab\\/\x7f\"");
     // Whatever is printed reads back to the same value.
     const json tricky = {{"s", "\\/\"\t"}, {"n", 1e-7}, {"a", {true, false, nullptr}}};
     EXPECT_EQ(json::parse(writeBindingsStyleJSON(tricky)), tricky);

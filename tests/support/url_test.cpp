@@ -5,17 +5,14 @@
 namespace ostrelle {
 namespace {
 
-TEST(URLValue, FileURLOfADirectoryEndsInASlashAndEscapes) {
-    EXPECT_EQ(URL::fileURL("/Applications/Preview.app", true).absoluteString(),
-              "file:///Applications/Preview.app/");
-    EXPECT_EQ(URL::fileURL("/Applications/Preview.app/", true).absoluteString(),
-              "file:///Applications/Preview.app/");
-    EXPECT_EQ(URL::fileURL("/tmp/a b#c?d%e.txt", false).absoluteString(),
-              "file:///tmp/a%20b%23c%3Fd%25e.txt");
-    EXPECT_EQ(URL::fileURL("/Apps/Café.app", true).absoluteString(), "file:///Apps/Caf%C3%A9.app/");
-}
-
-TEST(URLValue, PathIsDecodedWithoutTrailingSlash) {
+TEST(URLValue, FileURLOfADirectoryEndsInASlashEscapesAndDecodesBack) {
+    const auto text = [](std::string_view p, bool folder) {
+        return URL::fileURL(p, folder).absoluteString();
+    };
+    EXPECT_EQ(text("/Applications/Preview.app", true), "file:///Applications/Preview.app/");
+    EXPECT_EQ(text("/Applications/Preview.app/", true), "file:///Applications/Preview.app/");
+    EXPECT_EQ(text("/tmp/a b#c?d%e.txt", false), "file:///tmp/a%20b%23c%3Fd%25e.txt");
+    EXPECT_EQ(text("/Apps/Café.app", true), "file:///Apps/Caf%C3%A9.app/");
     const URL url = URL::fileURL("/Apps/My Café.app", true);
     EXPECT_TRUE(url.isFileURL());
     EXPECT_EQ(url.path(), "/Apps/My Café.app");
@@ -24,15 +21,12 @@ TEST(URLValue, PathIsDecodedWithoutTrailingSlash) {
     EXPECT_EQ(URL::fileURL("/", true).path(), "/");
 }
 
-TEST(URLValue, ParseKeepsValidTextAndEscapesTheRest) {
+TEST(URLValue, ParseKeepsValidTextEscapesTheRestAndReadsSchemesAndExtensions) {
     EXPECT_FALSE(URL::parse(""));
     EXPECT_EQ(URL::parse("file:///A%20B.app/")->absoluteString(), "file:///A%20B.app/");
     EXPECT_EQ(URL::parse("file:///A B.app/")->absoluteString(), "file:///A%20B.app/");
     EXPECT_EQ(URL::parse("file:///100%.app")->absoluteString(), "file:///100%25.app");
     EXPECT_EQ(URL::parse("file:///A%20B.app/")->path(), "/A B.app");
-}
-
-TEST(URLValue, SchemesAndExtensions) {
     EXPECT_TRUE(URL::parse("FILE:///x.app")->isFileURL());
     EXPECT_FALSE(URL::parse("https://example.com/x.app")->isFileURL());
     EXPECT_FALSE(URL::parse("x.app")->isFileURL());
