@@ -13,6 +13,8 @@ TEST(Sessions, Dropouts) {
         p.hand(3).at(0.0).liftAll().at(0.1).at(0.105);
         p.hand(3).at(0.11).moveAllBy(0.2, 0).at(0.15).at(0.2).liftAll().at(0.3);
     });
+    expectFired("a fired session resumes and does not tap again", {"3.tap"},
+                [](auto& p) { p.hand(3).at(0.0).liftAll().at(0.1).hand(3).at(0.11).liftAll().at(0.15); });
     expectFired("a consumed session stays consumed", {"3.swipe.right"}, [](auto& p) {
         p.hand(3).at(0.0).moveAllBy(0.125, 0).at(0.05).liftAll().at(0.1);
         p.hand(3).moveAllBy(0.125, 0).at(0.114).moveAllBy(0.2, 0).at(0.15).liftAll().at(0.2);

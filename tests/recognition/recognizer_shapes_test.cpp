@@ -41,6 +41,11 @@ TEST(CustomShapes, MatchAtSessionEnd) {
         p.recognizer.customs = {shape("first", 3, ell), shape("second", 3, ell)};
         drawL(p);
     });
+    // The same path, but the only shape for four fingers is the V (which defers the swipe).
+    expectFired("never a shape of another finger count", {}, [](auto& p) {
+        p.recognizer.customs = {shape("L", 3, ell), shape("V", 4, vee)};
+        drawL(p, 4);
+    });
     // Nothing defers the L's opening downward stroke, so it fires as a swipe at once.
     expectFired("shapes of another finger count do not defer", {"3.swipe.down"}, [](auto& p) {
         p.recognizer.customs = {shape("four", 4, ell)};
