@@ -1,6 +1,4 @@
 // Keeping the touch source running: start-up, the switch, retries while it fails, wake, the toggle key.
-#include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include "actions/key_shortcut_json.h"
@@ -12,10 +10,11 @@ namespace {
 class EngineLifecycle : public EngineFixture {};
 
 const KeyShortcut controlOptionG{5, 0x40000 | 0x80000};
+const KeyShortcut commandF5{96, 0x100000};
 const KeyShortcut plainG{5, 0};
 
 TEST_F(EngineLifecycle, StartsListeningUnlessTurnedOffBefore) {
-    engine();
+    settings.setData(settings_keys::listening, "yes");  // not a boolean: as if never set
     EXPECT_TRUE(engine().isEnabled());
     EXPECT_TRUE(source.isRunning());
 
@@ -26,53 +25,36 @@ TEST_F(EngineLifecycle, StartsListeningUnlessTurnedOffBefore) {
     EXPECT_FALSE(source.isRunning());
 }
 
-TEST_F(EngineLifecycle, AListeningValueThatIsNotABooleanMeansOn) {
-    settings.setData(settings_keys::listening, "yes");
-    EXPECT_TRUE(engine().isEnabled());
-}
-
-TEST_F(EngineLifecycle, TurningOffStopsTheSourceAndTurningOnLogsTheRestart) {
-    engine();
+TEST_F(EngineLifecycle, TurningOnAndWakingRestartTheSourceWithALogLine) {
     engine().setEnabled(false);
     EXPECT_FALSE(source.isRunning());
     EXPECT_EQ(settings.boolValue(settings_keys::listening), false);
+    engine().systemDidWake();  // while off there is nothing to restart
     EXPECT_TRUE(logged.empty());
     engine().setEnabled(true);
     EXPECT_TRUE(source.isRunning());
     EXPECT_EQ(settings.boolValue(settings_keys::listening), true);
-    ASSERT_EQ(logged.size(), 1U);
-    EXPECT_EQ(logged[0],
-              "restarting touch input (gestures turned on): 0 gesture events since the last start, 0 with touches; "
-              "last touch none since launch");
-}
-
-TEST_F(EngineLifecycle, WakingRestartsWithTheCountsAndTheLastTouch) {
-    engine();
-    frameAt(1.0, {{1, 0.5, 0.5}});
-    frameAt(1.1, {});
+    tapAt(1.0, 1);
     engine().systemDidWake();
-    ASSERT_EQ(logged.size(), 1U);
-    EXPECT_EQ(logged[0],
-              "restarting touch input (Mac woke up): 2 gesture events since the last start, 1 with touches; "
-              "last touch then");
     EXPECT_TRUE(engine().receivedTouches());
-    engine().setEnabled(false);
-    logged.clear();
-    engine().systemDidWake();
-    EXPECT_TRUE(logged.empty());
+    EXPECT_EQ(logged,
+              (std::vector<std::string>{
+                  "restarting touch input (gestures turned on): 0 gesture events since the last start, 0 "
+                  "with touches; last touch none since launch",
+                  "restarting touch input (Mac woke up): 2 gesture events since the last start, 1 with "
+                  "touches; last touch then"}));
 }
 
 TEST_F(EngineLifecycle, AFailingSourceIsRetriedEveryTwoSecondsUntilItStarts) {
     source.refuse = TouchSourceError::permissionNeeded();
     engine();
     EXPECT_EQ(engine().sourceError(), TouchSourceError::permissionNeeded().description);
-    EXPECT_EQ(source.starts, 1);
+    engine().retryIfFailed();  // tries at once, but never keeps a second retry pending
+    EXPECT_EQ(source.starts, 2);
     EXPECT_EQ(queue.pendingCount(), 1U);
     queue.advanceBy(1.999);
-    EXPECT_EQ(source.starts, 1);
-    queue.advanceBy(0.001);
     EXPECT_EQ(source.starts, 2);
-    queue.advanceBy(2.0);
+    queue.advanceBy(0.001);
     EXPECT_EQ(source.starts, 3);
 
     source.refuse.reset();  // the user granted the permission
@@ -80,99 +62,101 @@ TEST_F(EngineLifecycle, AFailingSourceIsRetriedEveryTwoSecondsUntilItStarts) {
     EXPECT_EQ(source.starts, 4);
     EXPECT_FALSE(engine().sourceError().has_value());
     queue.advanceBy(10.0);
+    engine().retryIfFailed();
     EXPECT_EQ(source.starts, 4);
-}
 
-TEST_F(EngineLifecycle, NeverMoreThanOneRetryIsPending) {
     source.refuse = TouchSourceError::permissionNeeded();
-    engine();
-    engine().retryIfFailed();
-    engine().retryIfFailed();
-    EXPECT_EQ(source.starts, 3);
-    EXPECT_EQ(queue.pendingCount(), 1U);
-}
-
-TEST_F(EngineLifecycle, RetryIfFailedDoesNothingWhileTheSourceRuns) {
-    engine();
-    engine().retryIfFailed();
-    EXPECT_EQ(source.starts, 1);
-}
-
-TEST_F(EngineLifecycle, TurnedOffTheFailingSourceIsNotRetried) {
-    source.refuse = TouchSourceError::permissionNeeded();
-    engine();
+    engine().systemDidWake();  // fails again
     engine().setEnabled(false);
     queue.advanceBy(2.0);
-    EXPECT_EQ(source.starts, 1);
-    EXPECT_TRUE(engine().sourceError().has_value());  // left as it was
+    EXPECT_EQ(source.starts, 5);                      // turned off, it is not retried
+    EXPECT_TRUE(engine().sourceError().has_value());  // and the error is left as it was
 }
 
-TEST_F(EngineLifecycle, ToggleShortcutFlipsTheSwitchAndIsStored) {
+std::optional<KeyShortcut> storedShortcut(const Settings& settings) {
+    const auto data = settings.dataValue(settings_keys::toggleShortcut);
+    return data ? std::optional(keyShortcutFromJSON(nlohmann::json::parse(*data))) : std::nullopt;
+}
+
+TEST_F(EngineLifecycle, TheToggleShortcutFlipsTheSwitchAndIsStored) {
+    engine().suspendToggleShortcut(true);  // nothing to release or take back yet
+    engine().suspendToggleShortcut(false);
     engine().setToggleShortcut(controlOptionG);
+    engine().setToggleShortcut(controlOptionG);  // the same again registers nothing
+    EXPECT_EQ(hotKeys.registrations, 1);
     EXPECT_FALSE(engine().toggleShortcutError().has_value());
     EXPECT_EQ(engine().toggleShortcut(), controlOptionG);
-    EXPECT_EQ(keyShortcutFromJSON(nlohmann::json::parse(*settings.dataValue(settings_keys::toggleShortcut))),
-              controlOptionG);
-    hotKeys.press(5, controlOptionG.carbonModifiers());
+    EXPECT_EQ(storedShortcut(settings), controlOptionG);
+    hotKeys.press(controlOptionG);
+    hotKeys.press(commandF5);  // not ours
     EXPECT_FALSE(engine().isEnabled());
-    hotKeys.press(5, controlOptionG.carbonModifiers());
+    hotKeys.press(controlOptionG);
     EXPECT_TRUE(engine().isEnabled());
 }
 
-TEST_F(EngineLifecycle, ANonGlobalShortcutIsRefused) {
+TEST_F(EngineLifecycle, TheToggleShortcutPausesWhileTheUserRecordsANewOne) {
     engine().setToggleShortcut(controlOptionG);
-    engine().setToggleShortcut(plainG);
-    EXPECT_EQ(engine().toggleShortcutError(), "Use ⌃, ⌥ or ⌘ with a key, or an F-key alone.");
-    EXPECT_EQ(engine().toggleShortcut(), controlOptionG);
-}
-
-TEST_F(EngineLifecycle, AShortcutTakenElsewhereKeepsTheOldOne) {
-    engine().setToggleShortcut(controlOptionG);
-    const KeyShortcut commandF5{96, 0x100000};
-    hotKeys.takenElsewhere.insert({96, commandF5.carbonModifiers()});
-    engine().setToggleShortcut(commandF5);
-    EXPECT_EQ(engine().toggleShortcutError(), commandF5.display(nullptr) + " is already used by another app. Pick another.");
-    EXPECT_EQ(engine().toggleShortcut(), controlOptionG);
-    hotKeys.press(5, controlOptionG.carbonModifiers());
+    engine().suspendToggleShortcut(true);
+    hotKeys.press(controlOptionG);
+    EXPECT_TRUE(engine().isEnabled());
+    engine().suspendToggleShortcut(false);
+    hotKeys.press(controlOptionG);
     EXPECT_FALSE(engine().isEnabled());
-}
 
-TEST_F(EngineLifecycle, OtherRegistrationFailuresNameTheStatus) {
-    hotKeys.failWith = -50;
-    engine().setToggleShortcut(controlOptionG);
-    EXPECT_EQ(engine().toggleShortcutError(), "macOS couldn't register " + controlOptionG.display(nullptr) + " (error -50).");
-    EXPECT_FALSE(settings.dataValue(settings_keys::toggleShortcut).has_value());
-}
+    engine().suspendToggleShortcut(true);
+    engine().setToggleShortcut(commandF5);  // a change ends the pause and releases the old key
+    engine().suspendToggleShortcut(false);  // as the recorder does when it closes
+    hotKeys.press(controlOptionG);
+    hotKeys.press(commandF5);
+    EXPECT_TRUE(engine().isEnabled());
+    EXPECT_EQ(hotKeys.registered.size(), 1U);
 
-TEST_F(EngineLifecycle, ClearingTheShortcutForgetsIt) {
-    engine().setToggleShortcut(controlOptionG);
     engine().setToggleShortcut(std::nullopt);
     EXPECT_FALSE(engine().toggleShortcut().has_value());
-    EXPECT_FALSE(settings.dataValue(settings_keys::toggleShortcut).has_value());
-    EXPECT_EQ(hotKeys.registeredCount(), 0U);
+    EXPECT_EQ(storedShortcut(settings), std::nullopt);
+    EXPECT_EQ(hotKeys.registered.size(), 0U);
+}
+
+TEST(EngineToggleShortcut, ARefusedChangeSaysWhyAndKeepsTheOldOneWorking) {
+    const struct {
+        const char* name;
+        KeyShortcut shortcut;
+        HotKeyRegistrar::Status status;
+        std::string error;
+    } rows[] = {
+        {"not global", plainG, HotKeyRegistrar::success, "Use ⌃, ⌥ or ⌘ with a key, or an F-key alone."},
+        {"taken elsewhere", commandF5, HotKeyRegistrar::alreadyTaken,
+         commandF5.display(nullptr) + " is already used by another app. Pick another."},
+        {"other failures", commandF5, -50,
+         "macOS couldn't register " + commandF5.display(nullptr) + " (error -50)."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EngineRig rig;
+        rig.engine().setToggleShortcut(controlOptionG);
+        rig.hotKeys.failWith = row.status;
+        rig.engine().setToggleShortcut(row.shortcut);
+        EXPECT_EQ(rig.engine().toggleShortcutError(), row.error);
+        EXPECT_EQ(rig.engine().toggleShortcut(), controlOptionG);
+        EXPECT_EQ(storedShortcut(rig.settings), controlOptionG);
+        rig.hotKeys.press(controlOptionG);
+        EXPECT_FALSE(rig.engine().isEnabled());
+    }
 }
 
 TEST_F(EngineLifecycle, AStoredShortcutIsRegisteredAtStartAndBadOnesAreIgnored) {
     settings.setData(settings_keys::toggleShortcut, toJSON(controlOptionG).dump());
     EXPECT_EQ(engine().toggleShortcut(), controlOptionG);
-    EXPECT_EQ(hotKeys.registeredCount(), 1U);
-    destroyEngine();
+    EXPECT_EQ(hotKeys.registered.size(), 1U);
+    destroyEngine();  // which releases the key and the press handler
+    EXPECT_EQ(hotKeys.registered.size(), 0U);
+    EXPECT_FALSE(hotKeys.onPress);
 
     for (const std::string& stored : {std::string("not json"), toJSON(plainG).dump()}) {
         settings.setData(settings_keys::toggleShortcut, stored);
         EXPECT_FALSE(engine().toggleShortcut().has_value()) << stored;
         destroyEngine();
     }
-}
-
-TEST_F(EngineLifecycle, SuspendingTheToggleWhileRecordingAShortcut) {
-    engine().setToggleShortcut(controlOptionG);
-    engine().suspendToggleShortcut(true);
-    hotKeys.press(5, controlOptionG.carbonModifiers());
-    EXPECT_TRUE(engine().isEnabled());
-    engine().suspendToggleShortcut(false);
-    hotKeys.press(5, controlOptionG.carbonModifiers());
-    EXPECT_FALSE(engine().isEnabled());
 }
 
 TEST_F(EngineLifecycle, ObserversHearPublishedChangesOnly) {
@@ -182,7 +166,7 @@ TEST_F(EngineLifecycle, ObserversHearPublishedChangesOnly) {
     EXPECT_EQ(changes, 0);
     engine().setCapturing(true);
     EXPECT_EQ(changes, 1);
-    frameAt(1.0, {{1, 0.5, 0.5}});  // receivedTouches
+    landAt(1.0, 1);  // receivedTouches
     EXPECT_EQ(changes, 2);
 }
 

@@ -2,50 +2,44 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
+#include <ranges>
 #include <utility>
 
+#include "actions/key_shortcut.h"
 #include "engine/hot_key_registrar.h"
 
 namespace ostrelle::testing {
 
-// Global hot keys as the system keeps them: one holder per combination. Combinations held by
-// other applications answer "already taken"; `failWith` makes every registration fail.
+// Global hot keys as the system keeps them: one holder per combination, so registering a held
+// one again answers "already taken". `failWith` makes every registration fail with that status.
 class FakeHotKeyRegistrar final : public HotKeyRegistrar {
-public:
-    using Combination = std::pair<std::uint32_t, std::uint32_t>;
-
+  public:
     Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override {
         ++registrations;
-        const Combination combination{keyCode, modifiers};
         if (failWith != success) return {failWith, std::nullopt};
-        if (takenElsewhere.contains(combination) || isRegistered(combination)) return {alreadyTaken, std::nullopt};
-        const Reference reference = ++lastReference_;
-        registered_[reference] = combination;
-        return {success, reference};
+        if (holds(keyCode, modifiers)) return {alreadyTaken, std::nullopt};
+        registered[++lastReference_] = {keyCode, modifiers};
+        return {success, lastReference_};
     }
-    void unregisterHotKey(Reference reference) override { registered_.erase(reference); }
-    void setPressHandler(std::function<void()> onPress) override { onPress_ = std::move(onPress); }
+    void unregisterHotKey(Reference reference) override { registered.erase(reference); }
+    void setPressHandler(std::function<void()> handler) override { onPress = std::move(handler); }
 
-    // The user presses a combination: only a registered one reaches us.
-    void press(std::uint32_t keyCode, std::uint32_t modifiers) {
-        if (isRegistered({keyCode, modifiers}) && onPress_) onPress_();
+    // The user presses a shortcut: only a registered one reaches us.
+    void press(const KeyShortcut& shortcut) {
+        if (holds(static_cast<std::uint32_t>(shortcut.key), shortcut.carbonModifiers()) && onPress) onPress();
     }
-    bool isRegistered(Combination combination) const {
-        return std::any_of(registered_.begin(), registered_.end(),
-                           [&](const auto& entry) { return entry.second == combination; });
-    }
-    std::size_t registeredCount() const { return registered_.size(); }
-    bool hasPressHandler() const { return static_cast<bool>(onPress_); }
 
-    std::set<Combination> takenElsewhere;
+    std::map<Reference, std::pair<std::uint32_t, std::uint32_t>> registered;
     Status failWith = success;
     int registrations = 0;
+    std::function<void()> onPress;
 
-private:
-    std::map<Reference, Combination> registered_;
+  private:
+    bool holds(std::uint32_t keyCode, std::uint32_t modifiers) const {
+        return std::ranges::count(std::views::values(registered), std::pair{keyCode, modifiers}) > 0;
+    }
+
     Reference lastReference_ = 0;
-    std::function<void()> onPress_;
 };
 
 }  // namespace ostrelle::testing

@@ -3,48 +3,37 @@
 #include <optional>
 #include <vector>
 
-#include "engine/touch_source.h"
+#include "engine/replay_touch_source.h"
 
 namespace ostrelle::testing {
 
-// A trackpad the test drives by hand. It can refuse to start, as a system without permission does.
+// A trackpad the test drives by hand, delivering only while started. It can refuse to start, as a
+// system without permission does.
 class FakeTouchSource final : public TouchSource {
-public:
+  public:
     std::optional<TouchSourceError> start(FrameHandler onFrame, ClickHandler onClick) override {
         stop();
         ++starts;
         if (refuse) return refuse;
-        onFrame_ = std::move(onFrame);
-        onClick_ = std::move(onClick);
-        counts_ = {};
-        return std::nullopt;
+        running_ = true;
+        return device_.start(std::move(onFrame), std::move(onClick));
     }
     void stop() override {
-        if (onFrame_) ++stops;
-        onFrame_ = nullptr;
-        onClick_ = nullptr;
+        running_ = false;
+        device_.stop();
     }
-    EventCounts eventCounts() const override { return counts_; }
+    EventCounts eventCounts() const override { return device_.eventCounts(); }
 
-    bool isRunning() const { return static_cast<bool>(onFrame_); }
-    // Delivers a frame, as the system would, only while started.
-    void frame(const std::vector<Contact>& contacts, double time) {
-        ++counts_.all;
-        if (!contacts.empty()) ++counts_.touched;
-        if (onFrame_) onFrame_(contacts, time);
-    }
-    void click(bool onOwnUI) {
-        if (onClick_) onClick_(onOwnUI);
-    }
+    bool isRunning() const { return running_; }
+    void frame(const std::vector<Contact>& contacts, double time) { device_.deliverFrame(contacts, time); }
+    void click(bool onOwnUI) { device_.deliverClick(onOwnUI); }
 
     std::optional<TouchSourceError> refuse;
     int starts = 0;
-    int stops = 0;
 
-private:
-    FrameHandler onFrame_;
-    ClickHandler onClick_;
-    EventCounts counts_;
+  private:
+    ReplayTouchSource device_;
+    bool running_ = false;
 };
 
 }  // namespace ostrelle::testing

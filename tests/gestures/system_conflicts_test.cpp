@@ -10,167 +10,96 @@ namespace {
 
 using Stored = std::map<std::string, std::int64_t, std::less<>>;
 
-// Preferences holding exactly the given keys; everything else reads as not stored.
-class FakeTrackpadPreferences final : public TrackpadPreferences {
-  public:
-    explicit FakeTrackpadPreferences(Stored values = {}) : values_(std::move(values)) {}
-
+// Preferences holding exactly the stored keys; everything else reads as not stored.
+struct FakeTrackpadPreferences final : TrackpadPreferences {
     std::optional<std::int64_t> integer(std::string_view key) const override {
         reads.emplace_back(key);
-        const auto it = values_.find(key);
-        return it == values_.end() ? std::nullopt : std::optional(it->second);
+        const auto it = stored.find(key);
+        return it == stored.end() ? std::nullopt : std::optional(it->second);
     }
-
-    mutable std::vector<std::string> reads;
-
-  private:
-    Stored values_;
-};
-
-enum class Pane { none, trackpad, accessibility };
-
-struct ConflictCase {
-    const char* name;
-    const char* id;
     Stored stored;
-    const char* text;  // null: no conflict
-    Pane pane = Pane::none;
-
-    friend void PrintTo(const ConflictCase& row, std::ostream* out) { *out << row.name; }
+    mutable std::vector<std::string> reads;
 };
 
-const char* const missionControl4 = "Four-finger swipes open Mission Control or App Exposé.";
-const char* const fullScreen4 = "Four-finger swipes switch between full-screen apps.";
-const char* const missionControl3 = "Three-finger swipes open Mission Control or App Exposé.";
-const char* const fullScreen3 = "Three-finger swipes switch between full-screen apps.";
-const char* const drag3 = "Three-finger drag is turned on (Accessibility › Pointer Control).";
-const char* const tapClicks = "With Tap to click on, the tapping finger also clicks.";
-const char* const swipingFinger = "The swiping finger also moves the pointer.";
+// The conflict's text and, in brackets, the pane that removes it; "" for none.
+std::string conflictOf(const Gesture& gesture, const Stored& stored) {
+    FakeTrackpadPreferences preferences;
+    preferences.stored = stored;
+    const auto conflict = systemConflict(gesture, preferences);
+    if (!conflict) return "";
+    return conflict->text + (conflict->settings ? " [" + conflict->settings->name + "]" : "");
+}
+
+const std::string missionControl4 = "Four-finger swipes open Mission Control or App Exposé. [Trackpad]";
+const std::string fullScreen4 = "Four-finger swipes switch between full-screen apps. [Trackpad]";
+const std::string drag3 = "Three-finger drag is turned on (Accessibility › Pointer Control). [Accessibility]";
 
 const Stored everythingOn{{"Clicking", 1},
                           {"TrackpadThreeFingerDrag", 1},
                           {"TrackpadThreeFingerTapGesture", 1},
                           {"TrackpadThreeFingerVertSwipeGesture", 2},
                           {"TrackpadThreeFingerHorizSwipeGesture", 2}};
-const Stored threeFingerSwipes{{"TrackpadThreeFingerVertSwipeGesture", 2},
-                               {"TrackpadThreeFingerHorizSwipeGesture", 2}};
+const Stored threeSwipes{{"TrackpadThreeFingerVertSwipeGesture", 2},
+                         {"TrackpadThreeFingerHorizSwipeGesture", 2}};
+const Stored threeVerticalOnly{{"TrackpadThreeFingerVertSwipeGesture", 2},
+                               {"TrackpadThreeFingerHorizSwipeGesture", 1}};
 
-class SystemConflictRules : public ::testing::TestWithParam<ConflictCase> {};
-
-TEST_P(SystemConflictRules, GiveTheExpectedTextAndPane) {
-    const ConflictCase& row = GetParam();
-    const auto conflict = systemConflict(Gesture(row.id), FakeTrackpadPreferences(row.stored));
-    if (row.text == nullptr) {
-        EXPECT_EQ(conflict, std::nullopt);
-        return;
-    }
-    ASSERT_TRUE(conflict.has_value());
-    EXPECT_EQ(conflict->text, row.text);
-    switch (row.pane) {
-        case Pane::none:
-            EXPECT_EQ(conflict->settings, std::nullopt);
-            break;
-        case Pane::trackpad:
-            EXPECT_EQ(conflict->settings, SettingsPane::trackpad());
-            break;
-        case Pane::accessibility:
-            EXPECT_EQ(conflict->settings, SettingsPane::accessibility());
-            break;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, SystemConflictRules,
-    ::testing::Values(
+TEST(SystemConflicts, Rules) {
+    const struct {
+        std::vector<const char*> ids;
+        Stored stored;
+        std::string expected;
+    } rows[] = {
         // Absent keys: four-finger swipes count as on, three-finger ones as off.
-        ConflictCase{"fourUpByDefault", "4.swipe.up", {}, missionControl4, Pane::trackpad},
-        ConflictCase{"fourDownByDefault", "4.swipe.down", {}, missionControl4, Pane::trackpad},
-        ConflictCase{"fourLeftByDefault", "4.swipe.left", {}, fullScreen4, Pane::trackpad},
-        ConflictCase{"fourRightByDefault", "4.swipe.right", {}, fullScreen4, Pane::trackpad},
-        ConflictCase{"threeUpByDefault", "3.swipe.up", {}, nullptr},
-        ConflictCase{"threeLeftByDefault", "3.swipe.left", {}, nullptr},
-        ConflictCase{"fiveFingerSwipe", "5.swipe.up", everythingOn, nullptr},
+        {{"4.swipe.up", "4.swipe.down"}, {}, missionControl4},
+        {{"4.swipe.right"}, {}, fullScreen4},
+        {{"3.swipe.up", "3.swipe.left", "3.restTap.between", "3.tap"}, {}, ""},
         // Only the value 2 is the system's swipe, and each axis has its own key.
-        ConflictCase{"fourVerticalOff", "4.swipe.up", {{"TrackpadFourFingerVertSwipeGesture", 0}}, nullptr},
-        ConflictCase{"fourVerticalOffLeavesHorizontal",
-                     "4.swipe.left",
-                     {{"TrackpadFourFingerVertSwipeGesture", 0}},
-                     fullScreen4,
-                     Pane::trackpad},
-        ConflictCase{
-            "fourHorizontalOther", "4.swipe.right", {{"TrackpadFourFingerHorizSwipeGesture", 1}}, nullptr},
-        ConflictCase{"threeUpSet", "3.swipe.down", threeFingerSwipes, missionControl3, Pane::trackpad},
-        ConflictCase{"threeRightSet", "3.swipe.right", threeFingerSwipes, fullScreen3, Pane::trackpad},
-        ConflictCase{
-            "threeHorizontalOther",
-            "3.swipe.left",
-            {{"TrackpadThreeFingerVertSwipeGesture", 2}, {"TrackpadThreeFingerHorizSwipeGesture", 1}},
-            nullptr},
+        {{"4.swipe.down"}, {{"TrackpadFourFingerVertSwipeGesture", 0}}, ""},
+        {{"4.swipe.left"}, {{"TrackpadFourFingerVertSwipeGesture", 0}}, fullScreen4},
+        {{"4.swipe.right"}, {{"TrackpadFourFingerHorizSwipeGesture", 1}}, ""},
+        {{"3.swipe.down"}, threeSwipes, "Three-finger swipes open Mission Control or App Exposé. [Trackpad]"},
+        {{"3.swipe.right"}, threeSwipes, "Three-finger swipes switch between full-screen apps. [Trackpad]"},
+        {{"3.swipe.left"}, threeVerticalOnly, ""},
         // Three-finger drag takes every three-finger swipe, whatever the swipe keys say.
-        ConflictCase{"dragUp", "3.swipe.up", everythingOn, drag3, Pane::accessibility},
-        ConflictCase{"dragRight", "3.swipe.right", everythingOn, drag3, Pane::accessibility},
-        ConflictCase{"dragLeavesFour", "4.swipe.left", everythingOn, fullScreen4, Pane::trackpad},
-        // Rest taps clash only with tap to click, judged by the id alone.
-        ConflictCase{"restTapClickingOff", "3.restTap.between", {}, nullptr},
-        ConflictCase{"restTapClickingOn", "3.restTap.between", {{"Clicking", 1}}, tapClicks, Pane::trackpad},
-        ConflictCase{"twoRestTapClickingOn", "2.restTap.right", {{"Clicking", 1}}, tapClicks, Pane::trackpad},
-        ConflictCase{"unknownRestTap", "9.restTap.x", {{"Clicking", 1}}, tapClicks, Pane::trackpad},
-        ConflictCase{
-            "tapToClickFirst", "2.restSwipe.restTap.x", {{"Clicking", 1}}, tapClicks, Pane::trackpad},
+        {{"3.swipe.up", "3.swipe.right"}, everythingOn, drag3},
+        {{"4.swipe.left"}, everythingOn, fullScreen4},
+        // Rest taps clash only with tap to click, judged by the id alone, before anything else.
+        {{"3.restTap.between", "9.restTap.x", "2.restSwipe.restTap.x"},
+         {{"Clicking", 1}},
+         "With Tap to click on, the tapping finger also clicks. [Trackpad]"},
         // Pointer notes come from the id and link nowhere: nothing could switch them off.
-        ConflictCase{"restSwipeTwo", "2.restSwipe.up.left", {}, swipingFinger},
-        ConflictCase{"restSwipeTwoWithRestTap", "2.restSwipe.restTap.x", {}, swipingFinger},
-        ConflictCase{"restSwipeThree", "3.restSwipe.up", {}, "Two moving fingers may also scroll."},
-        ConflictCase{
-            "restRemoveLeft", "3.restRemove.left", {}, "The remaining finger also moves the pointer."},
-        ConflictCase{"plainRestRemove", "3.restRemove", everythingOn, nullptr},
+        {{"2.restSwipe.up.left", "2.restSwipe.restTap.x"}, {}, "The swiping finger also moves the pointer."},
+        {{"3.restSwipe.up"}, {}, "Two moving fingers may also scroll."},
+        {{"3.restRemove.left"}, {}, "The remaining finger also moves the pointer."},
         // Look Up, and the gestures that never clash.
-        ConflictCase{"threeTapLookUpOff", "3.tap", {}, nullptr},
-        ConflictCase{"threeTapLookUpOn",
-                     "3.tap",
-                     {{"TrackpadThreeFingerTapGesture", 2}},
-                     "Three-finger tap is Look Up.",
-                     Pane::trackpad},
-        ConflictCase{"fourTapLookUpOn", "4.tap", everythingOn, nullptr},
-        ConflictCase{"threeClick", "3.click", everythingOn, nullptr},
-        ConflictCase{"fourDoubleTap", "4.doubleTap", everythingOn, nullptr},
-        ConflictCase{"unknownID", "unknown.id", everythingOn, nullptr}),
-    [](const ::testing::TestParamInfo<ConflictCase>& row) { return std::string(row.param.name); });
-
-Gesture shapeWith(int fingers) {
-    CustomShape shape;
-    shape.name = "zigzag";
-    shape.fingers = fingers;
-    return Gesture::newCustom(shape);
+        {{"3.tap"}, {{"TrackpadThreeFingerTapGesture", 2}}, "Three-finger tap is Look Up. [Trackpad]"},
+        {{"4.tap", "3.click", "5.swipe.up", "3.restRemove", "unknown.id"}, everythingOn, ""},
+    };
+    for (const auto& row : rows) {
+        for (const char* id : row.ids) {
+            EXPECT_EQ(conflictOf(Gesture(id), row.stored), row.expected)
+                << id << " with " << ::testing::PrintToString(row.stored);
+        }
+    }
 }
 
 TEST(SystemConflicts, CustomShapesTakeTheFirstClashingSwipeDirection) {
-    const FakeTrackpadPreferences none;
-    EXPECT_EQ(systemConflict(shapeWith(4), none)->text, missionControl4);  // up is tried first
-    const FakeTrackpadPreferences verticalOff({{"TrackpadFourFingerVertSwipeGesture", 0}});
-    EXPECT_EQ(systemConflict(shapeWith(4), verticalOff)->text, fullScreen4);
-    EXPECT_EQ(systemConflict(shapeWith(3), none), std::nullopt);
-    EXPECT_EQ(systemConflict(shapeWith(3), FakeTrackpadPreferences(everythingOn))->text, drag3);
-    EXPECT_EQ(systemConflict(shapeWith(5), none), std::nullopt);
+    auto shapeWith = [](int fingers) { return Gesture::newCustom(CustomShape("zigzag", fingers, {}, {})); };
+    EXPECT_EQ(conflictOf(shapeWith(4), {}), missionControl4);  // up is tried first
+    EXPECT_EQ(conflictOf(shapeWith(4), {{"TrackpadFourFingerVertSwipeGesture", 0}}), fullScreen4);
+    EXPECT_EQ(conflictOf(shapeWith(3), everythingOn), drag3);
     // The catalog has no one-finger swipes, so a one-finger shape finds nothing to clash with.
-    EXPECT_EQ(systemConflict(shapeWith(1), none), std::nullopt);
+    EXPECT_EQ(conflictOf(shapeWith(1), {}), "");
 }
 
 TEST(SystemConflicts, ReadsOnlyWhatItNeedsAndAfreshEachTime) {
-    const FakeTrackpadPreferences none;
+    FakeTrackpadPreferences none;
     systemConflict(Gesture("2.restSwipe.up.left"), none);
     EXPECT_TRUE(none.reads.empty());
     systemConflict(Gesture("4.swipe.up"), none);
     systemConflict(Gesture("4.swipe.up"), none);
     EXPECT_EQ(none.reads, (std::vector<std::string>(2, "TrackpadFourFingerVertSwipeGesture")));
-}
-
-TEST(SystemConflicts, PanesOpenTheSystemSettings) {
-    EXPECT_EQ(SettingsPane::trackpad(),
-              (SettingsPane{"Trackpad", "x-apple.systempreferences:com.apple.preference.trackpad"}));
-    EXPECT_EQ(
-        SettingsPane::accessibility(),
-        (SettingsPane{"Accessibility", "x-apple.systempreferences:com.apple.preference.universalaccess"}));
 }
 
 }  // namespace

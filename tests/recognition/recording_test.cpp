@@ -46,16 +46,6 @@ TEST(Recording, ReadsFramesAndClicksSkippingBlanksAndComments) {
     EXPECT_EQ(readAll(text), expected);
 }
 
-TEST(Recording, CountsLinesIncludingSkippedOnes) {
-    std::istringstream input("# header\n\n{\"t\": 1, \"touches\": []}\n");
-    RecordingReader reader(input);
-    EXPECT_EQ(reader.line(), 0u);
-    ASSERT_TRUE(reader.next().has_value());
-    EXPECT_EQ(reader.line(), 3u);
-    EXPECT_FALSE(reader.next().has_value());
-    EXPECT_FALSE(reader.next().has_value());
-}
-
 TEST(Recording, NamesTheBadLineAndWhatIsWrong) {
     struct Row {
         const char* name;

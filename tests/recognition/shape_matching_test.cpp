@@ -1,47 +1,34 @@
 // Custom shape templates: resampling, normalization, distance, straightness and validity.
+#include "recognition/shape_matching.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
-
-#include "recognition/shape_matching.h"
 
 namespace ostrelle {
 namespace {
 
-TEST(Resample, EvenlySpacedAlongThePolyline) {
-    const auto points = shapes::resample({{0, 0}, {1, 0}, {1, 1}}, 5);
-    ASSERT_EQ(points.size(), 5U);
-    EXPECT_EQ(points[0], (Point{0, 0}));
-    EXPECT_EQ(points[1], (Point{0.5, 0}));
-    EXPECT_EQ(points[2], (Point{1, 0}));
-    EXPECT_EQ(points[3], (Point{1, 0.5}));
-    EXPECT_EQ(points[4], (Point{1, 1}));
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+// Points spaced `step` apart along the x axis from the origin.
+void expectAlongX(const std::vector<Point>& points, std::size_t count, double step) {
+    ASSERT_EQ(points.size(), count);
+    for (std::size_t i = 0; i < count; ++i)
+        EXPECT_NEAR(points[i].x, step * static_cast<double>(i), 1e-12) << i;
 }
 
-TEST(Resample, SeveralPointsOnOneLongSegment) {
-    const auto points = shapes::resample({{0, 0}, {0.125, 0}, {1, 0}}, 9);
-    ASSERT_EQ(points.size(), 9U);
-    for (std::size_t i = 0; i < points.size(); ++i) EXPECT_DOUBLE_EQ(points[i].x, 0.125 * static_cast<double>(i));
-}
-
-TEST(Resample, DegenerateInputs) {
+TEST(Resample, EvenlySpacedAlongThePolylineOfItsLengthAndPaddedToTheCount) {
+    EXPECT_EQ(shapes::resample({{0, 0}, {1, 0}, {1, 1}}, 5),
+              (std::vector<Point>{{0, 0}, {0.5, 0}, {1, 0}, {1, 0.5}, {1, 1}}));
+    expectAlongX(shapes::resample({{0, 0}, {0.125, 0}, {1, 0}}, 9), 9, 0.125);
+    // Thirtieths do not add up exactly in binary; the last point is padded in.
+    expectAlongX(shapes::resample({{0, 0}, {0.1, 0}, {0.2, 0}, {0.3, 0}, {0.7, 0}, {1, 0}}, 31), 31,
+                 1.0 / 30);
+    EXPECT_EQ(shapes::resample({{0.3, 0.4}, {0.3, 0.4}}, 3), std::vector<Point>(3, {0.3, 0.4}));
+    EXPECT_EQ(shapes::resample({{0.3, 0.4}}, 4), std::vector<Point>(4, {0.3, 0.4}));
     EXPECT_TRUE(shapes::resample({}, 32).empty());
-    const auto still = shapes::resample({{0.3, 0.4}, {0.3, 0.4}}, 32);
-    ASSERT_EQ(still.size(), 32U);
-    for (Point p : still) EXPECT_EQ(p, (Point{0.3, 0.4}));
-    EXPECT_EQ(shapes::resample({{0.3, 0.4}}, 4).size(), 4U);
-}
-
-TEST(Resample, AlwaysEndsWithTheRequestedCountEvenWhenRoundingFallsShort) {
-    // Thirds of a unit do not add up exactly in binary; the last point is padded in.
-    const auto points = shapes::resample({{0, 0}, {0.1, 0}, {0.2, 0}, {0.3, 0}, {0.7, 0}, {1, 0}}, 31);
-    ASSERT_EQ(points.size(), 31U);
-    EXPECT_NEAR(points.back().x, 1.0, 1e-12);
-}
-
-TEST(Length, SumsSegments) {
-    EXPECT_EQ(shapes::length({}), 0.0);
     EXPECT_EQ(shapes::length({{1, 1}}), 0.0);
     EXPECT_EQ(shapes::length({{0, 0}, {3, 4}, {3, 5}}), 6.0);
 }
@@ -49,39 +36,32 @@ TEST(Length, SumsSegments) {
 TEST(Template, CentredAndScaledKeepingTheAspectRatio) {
     const auto t = shapes::templateOf({{10, 10}, {12, 10}, {12, 11}});
     ASSERT_EQ(t.size(), CustomShape::templatePoints);
-    double minX = 1e9, maxX = -1e9, minY = 1e9, maxY = -1e9, sumX = 0, sumY = 0;
+    Point low{1e9, 1e9}, high{-1e9, -1e9}, sum;
     for (Point p : t) {
-        minX = std::min(minX, p.x), maxX = std::max(maxX, p.x), minY = std::min(minY, p.y), maxY = std::max(maxY, p.y);
-        sumX += p.x, sumY += p.y;
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+        sum = {sum.x + p.x, sum.y + p.y};
     }
-    EXPECT_NEAR(maxX - minX, 1.0, 1e-12);  // the wider side becomes 1
-    EXPECT_NEAR(maxY - minY, 0.5, 1e-12);  // the other keeps its proportion
-    EXPECT_NEAR(sumX, 0.0, 1e-9);
-    EXPECT_NEAR(sumY, 0.0, 1e-9);
+    EXPECT_NEAR(high.x - low.x, 1.0, 1e-12);  // the wider side becomes 1
+    EXPECT_NEAR(high.y - low.y, 0.5, 1e-12);  // the other keeps its proportion
+    EXPECT_NEAR(sum.x, 0.0, 1e-9);
+    EXPECT_NEAR(sum.y, 0.0, 1e-9);
+
+    const auto large = shapes::templateOf({{30, 30}, {36, 30}, {36, 33}});
+    EXPECT_LT(shapes::distance(CustomShape("", 3, t, {}), large), 1e-9);  // size and position do not matter
 }
 
 TEST(Template, APureDotNormalizesToTheOrigin) {
-    const auto t = shapes::templateOf(std::vector<Point>(5, Point{0.4, 0.6}));
-    ASSERT_EQ(t.size(), 32U);
-    for (Point p : t) EXPECT_EQ(p, (Point{0, 0}));
+    EXPECT_EQ(shapes::templateOf(std::vector<Point>(5, Point{0.4, 0.6})),
+              std::vector<Point>(32, Point{0, 0}));
     EXPECT_TRUE(shapes::templateOf({}).empty());
 }
 
-TEST(Template, SizeAndPositionDoNotMatter) {
-    const auto small = shapes::templateOf({{0.1, 0.1}, {0.1, 0.2}, {0.2, 0.2}});
-    const auto large = shapes::templateOf({{0.3, 0.3}, {0.3, 0.9}, {0.9, 0.9}});
-    const CustomShape shape("L", 3, small, {});
-    EXPECT_LT(shapes::distance(shape, large), 1e-9);
-}
-
-TEST(Distance, MeanPointDistanceAndInfiniteForOtherCounts) {
+TEST(Distance, MeanPointDistanceInfiniteForOtherCountsNoReversal) {
     const CustomShape shape("", 3, {{0, 0}, {1, 0}}, {});
     EXPECT_EQ(shapes::distance(shape, {{0, 1}, {1, 3}}), 2.0);
-    EXPECT_EQ(shapes::distance(shape, {{0, 0}}), std::numeric_limits<double>::infinity());
-    EXPECT_EQ(shapes::distance(CustomShape(), {}), std::numeric_limits<double>::infinity());
-}
-
-TEST(Distance, NoReversalIsTried) {
+    EXPECT_EQ(shapes::distance(shape, {{0, 0}}), infinity);
+    EXPECT_EQ(shapes::distance(CustomShape(), {}), infinity);
     const auto forward = shapes::templateOf({{0, 0}, {1, 0}, {1, 1}});
     const auto backward = shapes::templateOf({{1, 1}, {1, 0}, {0, 0}});
     EXPECT_GT(shapes::distance(CustomShape("", 3, forward, {}), backward), shapes::maxDistance);
@@ -89,11 +69,8 @@ TEST(Distance, NoReversalIsTried) {
 
 TEST(Straightness, DeviationUpToAQuarterOfTheChord) {
     EXPECT_TRUE(shapes::isStraight({{0, 0}, {0.5, 0.25}, {1, 0}}));
-    EXPECT_FALSE(shapes::isStraight({{0, 0}, {0.5, 0.2500001}, {1, 0}}));
     EXPECT_TRUE(shapes::isStraight({{0, 0}, {0.5, -0.25}, {1, 0}}));
-}
-
-TEST(Straightness, DegeneratePathsAreNotStraight) {
+    EXPECT_FALSE(shapes::isStraight({{0, 0}, {0.5, 0.2500001}, {1, 0}}));
     EXPECT_FALSE(shapes::isStraight({}));
     EXPECT_FALSE(shapes::isStraight({{0.2, 0.2}}));
     EXPECT_FALSE(shapes::isStraight({{0.2, 0.2}, {0.5, 0.5}, {0.2, 0.2}}));  // a closed loop has no chord
@@ -102,8 +79,6 @@ TEST(Straightness, DegeneratePathsAreNotStraight) {
 TEST(FromDrawing, TemplateAndStrokesRoundedToThreeDecimals) {
     const std::vector<Point> drawing{{0.1, 0.1}, {0.1, 0.4}, {0.37, 0.4}};
     const CustomShape shape = shapes::fromDrawing(3, drawing, {drawing, {{0.2, 0.1}, {0.2, 0.4}}});
-    EXPECT_EQ(shape.name, "");
-    EXPECT_EQ(shape.fingers, 3);
     ASSERT_EQ(shape.path.size(), 32U);
     ASSERT_EQ(shape.strokes.size(), 2U);
     for (const Stroke& stroke : shape.strokes) ASSERT_EQ(stroke.size(), 48U);
@@ -112,22 +87,22 @@ TEST(FromDrawing, TemplateAndStrokesRoundedToThreeDecimals) {
     for (Point p : shape.strokes[1]) EXPECT_TRUE(isRounded(p.x) && isRounded(p.y)) << p.x << "," << p.y;
 }
 
-TEST(Validity, NeedsFingersThirtyTwoPointsStrokesAndAName) {
-    CustomShape shape = shapes::fromDrawing(4, {{0, 0}, {1, 1}}, {{{0, 0}, {1, 1}}});
-    EXPECT_FALSE(shape.isValid());  // no name yet
-    shape.name = " \t ";
-    EXPECT_FALSE(shape.isValid());
-    shape.name = "Slash";
-    EXPECT_TRUE(shape.isValid());
-    CustomShape noStrokes = shape;
-    noStrokes.strokes.clear();
-    EXPECT_FALSE(noStrokes.isValid());
-    CustomShape twoFingers = shape;
-    twoFingers.fingers = 2;
-    EXPECT_FALSE(twoFingers.isValid());
-    CustomShape shortPath = shape;
-    shortPath.path.pop_back();
-    EXPECT_FALSE(shortPath.isValid());
+TEST(Validity, NeedsThreeToFiveFingersThirtyTwoPointsStrokesAndAName) {
+    const CustomShape valid("Slash", 4, std::vector<Point>(32), {{{0, 0}, {1, 1}}});
+    EXPECT_TRUE(valid.isValid());
+    const std::pair<const char*, std::function<void(CustomShape&)>> faults[] = {
+        {"no name", [](CustomShape& s) { s.name = ""; }},
+        {"blank name", [](CustomShape& s) { s.name = " \t "; }},
+        {"no strokes", [](CustomShape& s) { s.strokes.clear(); }},
+        {"two fingers", [](CustomShape& s) { s.fingers = 2; }},
+        {"six fingers", [](CustomShape& s) { s.fingers = 6; }},
+        {"a point short", [](CustomShape& s) { s.path.pop_back(); }},
+    };
+    for (const auto& [name, spoil] : faults) {
+        CustomShape shape = valid;
+        spoil(shape);
+        EXPECT_FALSE(shape.isValid()) << name;
+    }
 }
 
 }  // namespace

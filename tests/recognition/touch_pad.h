@@ -3,10 +3,12 @@
 // A scripted trackpad for recognizer tests: fingers land, move and lift, and each at(t)
 // delivers the fingers that are down now as one frame at time t.
 //
-//   pad.land(1, 0.4, 0.5).land(2, 0.5, 0.5).land(3, 0.6, 0.5).at(0.0);
+//   pad.hand(3).at(0.0);             // three fingers land
 //   pad.liftAll().at(0.2);           // pad.fired() == {"3.tap"}
 
-#include <algorithm>
+#include <gmock/gmock.h>
+
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,13 +17,10 @@
 
 namespace ostrelle::testing {
 
-class TouchPad {
-public:
-    struct Firing {
-        double t;
-        std::string id;
-    };
+using Ids = std::vector<std::string>;
 
+class TouchPad {
+  public:
     TouchPad() {
         GestureRecognizer::trace = [this](const std::string& line) { traces_.push_back(line); };
     }
@@ -33,10 +32,9 @@ public:
         down_.push_back({id, x, y});
         return *this;
     }
-    TouchPad& move(std::int64_t id, double x, double y) {
-        for (Contact& c : down_) {
-            if (c.id == id) c = {id, x, y};
-        }
+    // Fingers 1 to n of a relaxed hand, left to right from (x, y).
+    TouchPad& hand(int fingers, double x = 0.3, double y = 0.5) {
+        for (int i = 0; i < fingers; ++i) land(i + 1, x + 0.08 * i, y + 0.01 * i);
         return *this;
     }
     TouchPad& moveBy(std::int64_t id, double dx, double dy) {
@@ -59,38 +57,44 @@ public:
     }
 
     // Delivers the current fingers as one frame.
-    TouchPad& at(double t) {
-        last_ = recognizer.process(down_, t);
-        if (last_) fired_.push_back({t, last_->id});
-        return *this;
-    }
-    // Presses the trackpad button at time t (the time only labels the firing).
-    TouchPad& click(double t) {
-        last_ = recognizer.physicalClick();
-        if (last_) fired_.push_back({t, last_->id});
-        return *this;
-    }
+    TouchPad& at(double t) { return note(recognizer.process(down_, t)); }
+    // Presses the trackpad button.
+    TouchPad& click() { return note(recognizer.physicalClick()); }
 
-    // The gesture of the latest frame or click, if any.
-    const std::optional<Gesture>& last() const { return last_; }
-    std::vector<std::string> fired() const {
-        std::vector<std::string> ids;
-        for (const Firing& f : fired_) ids.push_back(f.id);
-        return ids;
-    }
-    const std::vector<Firing>& firings() const { return fired_; }
+    // Everything fired so far; a drawn shape shows as "custom " and its name.
+    const Ids& fired() const { return fired_; }
     const std::vector<std::string>& traces() const { return traces_; }
-    void clearTraces() { traces_.clear(); }
 
     GestureRecognizer recognizer;
 
-private:
+  private:
+    TouchPad& note(const std::optional<Gesture>& gesture) {
+        if (gesture) fired_.push_back(gesture->custom ? "custom " + gesture->custom->name : gesture->id);
+        return *this;
+    }
+
     std::vector<Contact> down_;
-    std::optional<Gesture> last_;
-    std::vector<Firing> fired_;
+    Ids fired_;
     std::vector<std::string> traces_;
 };
 
-using Ids = std::vector<std::string>;
+// One named case of a table-driven recognizer test: a script played on a fresh pad must fire
+// exactly `fired`...
+inline void expectFired(const char* name, const Ids& fired, const std::function<void(TouchPad&)>& play) {
+    SCOPED_TRACE(name);
+    TouchPad pad;
+    play(pad);
+    EXPECT_EQ(pad.fired(), fired);
+}
+
+// ...or fire nothing and leave `trace` among the lines of the rules that rejected it.
+inline void expectRejected(const char* name, const std::string& trace,
+                           const std::function<void(TouchPad&)>& play) {
+    SCOPED_TRACE(name);
+    TouchPad pad;
+    play(pad);
+    EXPECT_EQ(pad.fired(), Ids{});
+    EXPECT_THAT(pad.traces(), ::testing::Contains(trace));
+}
 
 }  // namespace ostrelle::testing
