@@ -1,0 +1,180 @@
+// The bindings file as the command line lists and edits it. Every command gets --file, so no
+// test opens the user's own bindings.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "actions/event_flags.h"
+#include "cli/cli_runner.h"
+#include "store/bindings_file.h"
+
+namespace ostrelle {
+namespace {
+
+using testing::CLIResult;
+using Lines = std::vector<std::string>;
+
+// A bindings file in a fresh temporary folder, and the command line pointed at it.
+struct StoreCLI {
+    CLIResult run(Lines arguments) const {
+        arguments.insert(arguments.end(), {"--file", file.string()});
+        return testing::runCLI(arguments);
+    }
+    std::vector<GestureBinding> stored() const { return decodeBindingsFile(testing::readText(file)); }
+
+    testing::TemporaryFolder folder;
+    std::filesystem::path file = folder / "bindings.json";
+};
+
+// "GESTURE APP/OPTION" of every line printed.
+Lines listed(const CLIResult& result) {
+    Lines found;
+    for (const std::string& text : result.outLines()) {
+        const auto line = nlohmann::json::parse(text);
+        found.push_back(line["gesture"].get<std::string>() + " " + line["action"].get<std::string>());
+    }
+    return found;
+}
+
+GestureBinding binding(char n, const std::string& gesture, const std::string& option, double createdAt) {
+    const ActionRef action{"system", option, {}, {}};
+    return {std::string("0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A2") + n, Gesture(gesture), action, createdAt};
+}
+
+TEST(BindingsCommand, SeedsAMissingFileOnceThenListsItByFingerCountCatalogOrderAndAge) {
+    const StoreCLI store;
+    const CLIResult first = store.run({"bindings"});
+    EXPECT_EQ(first.err,
+              "note: " + store.file.string() + " did not exist; started it with the 4 default bindings\n");
+    EXPECT_EQ(listed(first), (Lines{"2.restTap.left browsers/back", "2.restTap.right browsers/forward",
+                                    "3.tap browsers/newtab", "4.tap system/mission"}));
+    EXPECT_EQ(store.run({"bindings"}).err, "");  // read, not seeded again
+    // Someone who used an earlier version starts with that version's defaults.
+    const StoreCLI earlier;
+    EXPECT_NE(earlier.run({"bindings", "--launched-before"}).err.find("with the 9 default bindings"),
+              std::string::npos);
+
+    // A gesture bound twice (a hand-edited file) lists the older first, and unbinds as a whole.
+    testing::writeText(
+        store.file,
+        encodeBindingsFile({binding('1', "5.click", "copy", 30), binding('2', "3.swipe.up", "cut", 20),
+                            binding('3', "3.click", "paste", 10), binding('4', "3.click", "undo", 5)}));
+    EXPECT_EQ(listed(store.run({"bindings"})), (Lines{"3.click system/undo", "3.click system/paste",
+                                                      "3.swipe.up system/cut", "5.click system/copy"}));
+    EXPECT_EQ(store.run({"unbind", "3.click"}).outLines().size(), 2u);
+}
+
+TEST(BindingsCommand, SaysWhereTheFileWentWhenItCouldNotKeepIt) {
+    // What is said, with FILE and FOLDER for the paths; scratch folder names hold nothing a pattern
+    // would read as more than itself.
+    const std::vector<std::pair<std::string, std::string>> rows{
+        {"{",
+         R"(FILE could not be read \(not valid JSON: .*\); moved it to FOLDER/bindings\.corrupt-\d+\.json and started over with the 4 default bindings)"},
+        {encodeBindingsFile({binding('1', "9.tap", "copy", 1), binding('2', "4.tap", "nosuchoption", 2)}),
+         R"(dropped 2 bindings of FILE whose gesture or action no longer exists; the previous file was copied to FOLDER/bindings\.before-migration-\d+\.json)"},
+    };
+    for (const auto& [contents, said] : rows) {
+        const StoreCLI store;
+        testing::writeText(store.file, contents);
+        const std::string withFile = std::regex_replace(said, std::regex("FILE"), store.file.string());
+        const std::string pattern =
+            std::regex_replace(withFile, std::regex("FOLDER"), store.folder.path().string());
+        const std::string err = store.run({"bindings"}).err;
+        EXPECT_TRUE(std::regex_match(err, std::regex("warning: " + pattern + "\n"))) << err;
+    }
+}
+
+TEST(BindCommand, RefusesWhatItCannotBindWithStatusTwoAndTouchesNoFile) {
+    const StoreCLI store;
+    const std::string app = store.folder.path().string();
+    const auto shortcut = [](const std::string& text) {
+        return Lines{"5.tap", "keyboard/custom", "--shortcut", text};
+    };
+    const std::string badKey = " is not a number from 0 to 127\n";
+    const std::string badList = " (use control, option, shift, command)\n";
+    const std::vector<std::pair<Lines, std::string>> rows{
+        {{"3.tapp", "browsers/back"}, R"(unknown gesture "3.tapp" (closest: 3.tap, )"},
+        {{"3.tap", "sytem/mission"}, R"(unknown action "sytem/mission" (closest: system/mission, )"},
+        {{"3.tap", "newtab"}, R"(unknown action "newtab" (closest: )"},
+        {{"3.restRemove", "browsers/back"}, "gesture \"3.restRemove\" is not enabled and cannot be bound\n"},
+        {{"3.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E", "browsers/back"},
+         "custom gestures are drawn in the application; the command line binds built-in gestures only\n"},
+        {{"5.tap", "keyboard/custom"}, "keyboard/custom needs --shortcut KEY:MODS\n"},
+        {{"5.tap", "system/copy", "--shortcut", "17"},
+         "--shortcut is only for keyboard/custom, not system/copy\n"},
+        {shortcut("128:command"), "--shortcut: key code \"128\"" + badKey},
+        {shortcut("-1"), "--shortcut: key code \"-1\"" + badKey},
+        {shortcut("1K"), "--shortcut: key code \"1K\"" + badKey},
+        {shortcut("17:hyper"), "--shortcut: unknown modifier \"hyper\"" + badList},
+        {shortcut("122:control,,command"),
+         "--shortcut: empty item in modifier list \"control,,command\"" + badList},
+        {shortcut("17:command,"), "--shortcut: empty item in modifier list \"command,\"" + badList},
+        {{"5.tap", "openapps/app"}, "openapps/app needs --app PATH\n"},
+        {{"5.tap", "openapps/app", "--app", app + "/No.app"},
+         "--app: no such file or folder: " + app + "/No.app\n"},
+        {{"5.tap", "openapps/app", "--app", ""}, "--app: no such file or folder: \n"},
+        {{"5.tap", "system/copy", "--app", app}, "--app is only for openapps/app, not system/copy\n"},
+    };
+    for (const auto& [tail, error] : rows) {
+        Lines arguments{"bind"};
+        arguments.insert(arguments.end(), tail.begin(), tail.end());
+        const CLIResult result = store.run(arguments);
+        EXPECT_EQ(result.status, 2) << error;
+        EXPECT_TRUE(result.err.starts_with("error: " + error)) << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(store.file));
+}
+
+TEST(BindCommand, StoresShortcutsAndAppsAsGiven) {
+    const std::vector<std::pair<std::string, KeyShortcut>> shortcuts{
+        {"49", {49, 0}},
+        {"122:", {122, 0}},  // as a script that joins an empty list of modifiers writes it
+        {"127:command,control,command", {127, EventFlag::control | EventFlag::command}},
+    };
+    for (const auto& [text, shortcut] : shortcuts) {
+        const StoreCLI store;
+        ASSERT_EQ(store.run({"bind", "5.tap", "keyboard/custom", "--shortcut", text}).status, 0) << text;
+        EXPECT_EQ(store.stored().back().action.shortcut, shortcut) << text;
+    }
+    const StoreCLI store;
+    const auto app = store.folder / "Preview Tool.app";
+    std::filesystem::create_directory(app);
+    ASSERT_EQ(store.run({"bind", "5.tap", "openapps/app", "--app", app.string() + "/"}).status, 0);
+    ASSERT_TRUE(store.stored().back().action.app);
+    EXPECT_EQ(store.stored().back().action.app->absoluteString(),
+              "file://" + store.folder.path().string() + "/Preview%20Tool.app/");
+}
+
+TEST(BindCommand, AddsABindingUntilUnbindRemovesItAndRefusesTakenOrFreeGesturesWithStatusOne) {
+    const StoreCLI store;
+    const CLIResult bound = store.run({"bind", "3.swipe.up", "browsers/reload"});
+    ASSERT_EQ(bound.status, 0) << bound.err;
+    EXPECT_EQ(bound.outLines(),
+              Lines{R"({"fingers": 3, "gesture": "3.swipe.up", "name": "Three-finger swipe up", )"
+                    R"("action": "browsers/reload", "summary": "Reload Page", "id": ")" +
+                    store.stored().back().id + R"("})"});
+
+    const std::string before = testing::readText(store.file);
+    const CLIResult taken = store.run({"bind", "3.tap", "system/copy"});
+    EXPECT_EQ(taken.status, 1);
+    EXPECT_EQ(taken.err,
+              "error: 3.tap is already bound to browsers/newtab (Open new tab); unbind it first\n");
+    EXPECT_EQ(testing::readText(store.file), before);
+
+    EXPECT_EQ(listed(store.run({"unbind", "3.tap"})), Lines{"3.tap browsers/newtab"});
+    EXPECT_EQ(store.stored().size(), 4u);
+    const CLIResult free = store.run({"unbind", "3.tap"});
+    EXPECT_EQ(free.status, 1);
+    EXPECT_EQ(free.err, "error: 3.tap is not bound\n");
+    const CLIResult typo = store.run({"unbind", "4.tapp"});
+    EXPECT_EQ(typo.status, 2);
+    EXPECT_TRUE(typo.err.starts_with(R"(error: unknown gesture "4.tapp" (closest: 4.tap, )")) << typo.err;
+}
+
+}  // namespace
+}  // namespace ostrelle
