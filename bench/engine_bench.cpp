@@ -1,14 +1,13 @@
 // Frames through the whole engine: touch source → recognizer → decision → action on a no-op system.
 #include <benchmark/benchmark.h>
 
-#include "circling_hand.h"
-
 #include <array>
 #include <cmath>
 #include <filesystem>
 #include <vector>
 
 #include "actions/no_op_system_port.h"
+#include "circling_hand.h"
 #include "engine/gesture_engine.h"
 #include "engine/inert_hot_key_registrar.h"
 #include "engine/replay_touch_source.h"

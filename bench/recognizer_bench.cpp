@@ -1,12 +1,11 @@
 // Recognizer throughput on the per-frame path, and the cost of matching at session end.
 #include <benchmark/benchmark.h>
 
-#include "circling_hand.h"
-
 #include <array>
 #include <cmath>
 #include <vector>
 
+#include "circling_hand.h"
 #include "recognition/gesture_recognizer.h"
 #include "recognition/shape_matching.h"
 
@@ -35,7 +34,8 @@ void BM_SessionEndMatching(benchmark::State& state) {
     GestureRecognizer ready;
     for (int s = 0; s < 100; ++s) {
         std::vector<Point> drawing;
-        for (int k = 0; k < 40; ++k) drawing.push_back({std::cos(k * 0.1 * (1 + s % 7)), std::sin(k * 0.13 * (1 + s % 5))});
+        for (int k = 0; k < 40; ++k)
+            drawing.push_back({std::cos(k * 0.1 * (1 + s % 7)), std::sin(k * 0.13 * (1 + s % 5))});
         Gesture shape = Gesture::newCustom(shapes::fromDrawing(3, drawing, {drawing}));
         shape.custom->name = "shape";
         ready.customs.push_back(shape);

@@ -28,8 +28,7 @@ CustomShape shapeFromFrames(int fingers, const std::vector<RecordedFrame>& frame
     }
     std::vector<Stroke> strokes;
     for (auto& [id, trail] : trails) strokes.push_back(std::move(trail));
-    if (shapes::length(handPath) < shapes::minLength)
-        throw std::logic_error("the drawing is too small");
+    if (shapes::length(handPath) < shapes::minLength) throw std::logic_error("the drawing is too small");
     return shapes::fromDrawing(fingers, handPath, strokes);
 }
 

@@ -38,7 +38,8 @@ ActionRef actionRefFromJSON(const nlohmann::json& value, const std::string& path
     requireObject(value, path);
     ActionRef ref;
     ref.appID = string(required(value, action_ref_keys::appID, path), member(path, action_ref_keys::appID));
-    ref.optionID = string(required(value, action_ref_keys::optionID, path), member(path, action_ref_keys::optionID));
+    ref.optionID =
+        string(required(value, action_ref_keys::optionID, path), member(path, action_ref_keys::optionID));
     ref.shortcut = tolerantShortcut(value);
     ref.app = tolerantApp(value);
     return ref;

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "actions/action_ref.h"
-
 #include "support/json_error.h"
 
 namespace ostrelle {

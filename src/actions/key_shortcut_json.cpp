@@ -27,7 +27,8 @@ KeyShortcut keyShortcutFromJSON(const nlohmann::json& value, const std::string& 
     KeyShortcut shortcut;
     const std::string keyPath = member(path, key_shortcut_keys::key);
     shortcut.key = wholeNumber(required(value, key_shortcut_keys::key, path), keyPath);
-    if (shortcut.key < 0 || shortcut.key > maxStoredKeyCode) throw JSONError(keyPath, "key code out of range");
+    if (shortcut.key < 0 || shortcut.key > maxStoredKeyCode)
+        throw JSONError(keyPath, "key code out of range");
     const std::string modifiersPath = member(path, key_shortcut_keys::modifiers);
     const nlohmann::json& names = required(value, key_shortcut_keys::modifiers, path);
     if (!names.is_array()) throw JSONError(modifiersPath, "expected an array of strings");

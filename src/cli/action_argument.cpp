@@ -15,7 +15,9 @@
 namespace ostrelle::cli {
 namespace {
 
-ActionArgument failure(std::string problem) { return {std::nullopt, std::move(problem)}; }
+ActionArgument failure(std::string problem) {
+    return {std::nullopt, std::move(problem)};
+}
 
 // The options of one kind, named as the command line names them, for messages.
 template <class Kind>
@@ -70,7 +72,8 @@ ActionArgument parseActionArgument(const std::string& text, const ParsedArgument
         action.app = applicationURL(*appText);
         if (!action.app) return failure(fmt::format("--app: no such file or folder: {}", *appText));
     } else if (appText) {
-        return failure(fmt::format("--app is only for {}, not {}", optionsOfKind<ActionKind::ChooseApp>(), text));
+        return failure(
+            fmt::format("--app is only for {}, not {}", optionsOfKind<ActionKind::ChooseApp>(), text));
     }
     return {std::move(action), {}};
 }

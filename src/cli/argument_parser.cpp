@@ -12,7 +12,9 @@ bool listed(const std::vector<std::string_view>& names, std::string_view name) {
 }
 
 // A lone "-" is a value (standard input, by convention), not an option.
-bool looksLikeOption(std::string_view argument) { return argument.size() > 1 && argument.starts_with('-'); }
+bool looksLikeOption(std::string_view argument) {
+    return argument.size() > 1 && argument.starts_with('-');
+}
 
 }  // namespace
 

@@ -53,7 +53,8 @@ int runBind(Arguments arguments) {
     if (!store->save(binding)) {
         const GestureBinding* holder = store->bindingFor(gesture);
         printError(fmt::format("{} is already bound to {} ({}); unbind it first", gestureID,
-                               actionPath(holder->action), ActionCatalog::summary(holder->action, ActionHost{})));
+                               actionPath(holder->action),
+                               ActionCatalog::summary(holder->action, ActionHost{})));
         return exitRefused;
     }
     printLine(bindingLine(binding));

@@ -4,7 +4,9 @@
 
 namespace ostrelle::cli {
 
-std::string actionPath(const ActionRef& action) { return action.appID + "/" + action.optionID; }
+std::string actionPath(const ActionRef& action) {
+    return action.appID + "/" + action.optionID;
+}
 
 nlohmann::ordered_json bindingLine(const GestureBinding& binding) {
     nlohmann::ordered_json line = nlohmann::ordered_json::object();

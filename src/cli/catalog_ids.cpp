@@ -23,7 +23,8 @@ std::vector<std::string> enabledGestureIDs() {
 std::vector<std::string> actionPaths() {
     std::vector<std::string> paths;
     for (const AppActions& app : ActionCatalog::apps()) {
-        for (const ActionOption& option : app.options) paths.push_back(actionPath({app.id, option.id, {}, {}}));
+        for (const ActionOption& option : app.options)
+            paths.push_back(actionPath({app.id, option.id, {}, {}}));
     }
     return paths;
 }

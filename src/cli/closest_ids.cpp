@@ -13,7 +13,9 @@ namespace {
 // Enough to show the likely one among its neighbours without burying it.
 constexpr std::size_t suggestionCount = 3;
 
-char folded(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
+char folded(char c) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+}
 
 // Levenshtein distance over one rolling row.
 std::size_t editDistance(std::string_view a, std::string_view b) {

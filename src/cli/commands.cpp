@@ -7,8 +7,8 @@ namespace ostrelle::cli {
 std::span<const Command> commands() {
     // New subcommands (record, run) join this table.
     static const std::array table{
-        replayCommand(), gesturesCommand(), describeCommand(), actionsCommand(),
-        bindingsCommand(), bindCommand(),    unbindCommand(),
+        replayCommand(),   gesturesCommand(), describeCommand(), actionsCommand(),
+        bindingsCommand(), bindCommand(),     unbindCommand(),
     };
     return table;
 }

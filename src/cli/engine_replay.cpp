@@ -1,6 +1,7 @@
 #include "cli/engine_replay.h"
 
 #include <fmt/format.h>
+
 #include <filesystem>
 #include <variant>
 
@@ -25,7 +26,7 @@ using Line = nlohmann::ordered_json;
 
 // Points the process-wide sinks (recognizer trace, log) at this replay only while it runs.
 class ReplaySinks {
-public:
+  public:
     ReplaySinks(const VirtualClockQueue& queue, bool trace) {
         if (trace) {
             GestureRecognizer::trace = [&queue](const std::string& text) {
@@ -71,7 +72,8 @@ int replayThroughEngine(std::istream& input, const std::string& name, const Engi
     ScratchFolder scratch("ostrelle-replay");
     const fs::path copy = scratch.path() / "bindings.json";
     if (scratch.path().empty() || !fs::copy_file(options.bindingsFile, copy, failed)) {
-        printError(fmt::format("cannot copy {} to a temporary folder: {}", options.bindingsFile, failed.message()));
+        printError(
+            fmt::format("cannot copy {} to a temporary folder: {}", options.bindingsFile, failed.message()));
         return exitBadInput;
     }
 

@@ -26,10 +26,16 @@ void printTagged(std::string_view tag, std::string_view message) {
 
 }  // namespace
 
-void printError(std::string_view message) { printTagged("error", message); }
+void printError(std::string_view message) {
+    printTagged("error", message);
+}
 
-void printWarning(std::string_view message) { printTagged("warning", message); }
+void printWarning(std::string_view message) {
+    printTagged("warning", message);
+}
 
-void printNote(std::string_view message) { printTagged("note", message); }
+void printNote(std::string_view message) {
+    printTagged("note", message);
+}
 
 }  // namespace ostrelle::cli

@@ -47,11 +47,11 @@ std::optional<LoadReport> describeLoad(const BindingStore& store) {
             break;
     }
     if (load.dropped == 0) return std::nullopt;
-    const std::string dropped =
-        fmt::format("dropped {} of {} whose gesture or action no longer exists", bindingsCount(load.dropped), file);
+    const std::string dropped = fmt::format("dropped {} of {} whose gesture or action no longer exists",
+                                            bindingsCount(load.dropped), file);
     if (load.backup) {
-        return LoadReport{LoadReport::Severity::warning,
-                          fmt::format("{}; the previous file was copied to {}", dropped, load.backup->string())};
+        return LoadReport{LoadReport::Severity::warning, fmt::format("{}; the previous file was copied to {}",
+                                                                     dropped, load.backup->string())};
     }
     return LoadReport{LoadReport::Severity::warning,
                       fmt::format("{}; the previous file could not be backed up", dropped)};
@@ -61,8 +61,12 @@ std::unique_ptr<BindingStore> openStore(const std::filesystem::path& file, bool 
     auto store = std::make_unique<BindingStore>(file, launchedBefore);
     if (const auto report = describeLoad(*store)) {
         switch (report->severity) {
-            case LoadReport::Severity::note: printNote(report->message); break;
-            case LoadReport::Severity::warning: printWarning(report->message); break;
+            case LoadReport::Severity::note:
+                printNote(report->message);
+                break;
+            case LoadReport::Severity::warning:
+                printWarning(report->message);
+                break;
         }
     }
     return store;

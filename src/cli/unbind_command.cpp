@@ -53,7 +53,8 @@ const Command& unbindCommand() {
     static const Command command{
         "unbind",
         "GESTURE [--file PATH]",
-        "Removes the binding of a gesture and prints what it removed as JSON objects, one per line. A gesture that is not bound "
+        "Removes the binding of a gesture and prints what it removed as JSON objects, one per line. A "
+        "gesture that is not bound "
         "is refused (exit status 1).",
         runUnbind,
     };

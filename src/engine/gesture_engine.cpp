@@ -1,8 +1,9 @@
 // Start-up, the on/off switch, capture mode, keeping the touch source running, and the toggle key.
 #include "engine/gesture_engine.h"
 
-#include <ctime>
 #include <fmt/format.h>
+
+#include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "actions/key_shortcut_json.h"
@@ -57,7 +58,9 @@ std::function<void()> GestureEngine::whileAlive(std::function<void()> work) cons
     };
 }
 
-void GestureEngine::copyCustomShapes() { recognizer_.customs = services_.store.customGestures(); }
+void GestureEngine::copyCustomShapes() {
+    recognizer_.customs = services_.store.customGestures();
+}
 
 void GestureEngine::apply() {
     services_.source.stop();
@@ -70,7 +73,8 @@ void GestureEngine::apply() {
     ignoreSession_ = false;
     if (!isEnabled_) return;
 
-    auto onFrame = [this, alive = std::weak_ptr<bool>(alive_)](std::span<const Contact> contacts, double time) {
+    auto onFrame = [this, alive = std::weak_ptr<bool>(alive_)](std::span<const Contact> contacts,
+                                                               double time) {
         if (const auto engine = alive.lock(); engine && *engine) handle(contacts, time);
     };
     auto onClick = [this, alive = std::weak_ptr<bool>(alive_)](bool onOwnUI) {
@@ -85,17 +89,18 @@ void GestureEngine::apply() {
     if (retryPending_) return;
     retryPending_ = true;
     services_.queue.postAfter(startRetryDelay, whileAlive([this] {
-        retryPending_ = false;
-        if (sourceError_) apply();
-    }));
+                                  retryPending_ = false;
+                                  if (sourceError_) apply();
+                              }));
 }
 
 void GestureEngine::restart(const std::string& reason) {
     const TouchSource::EventCounts counts = services_.source.eventCounts();
     const std::string lastTouch = lastTouchAt_ ? services_.formatTime(*lastTouchAt_) : noTouchYet;
-    Log::warning(fmt::format("restarting touch input ({}): {} gesture events since the last start, {} with touches; "
-                             "last touch {}",
-                             reason, counts.all, counts.touched, lastTouch));
+    Log::warning(
+        fmt::format("restarting touch input ({}): {} gesture events since the last start, {} with touches; "
+                    "last touch {}",
+                    reason, counts.all, counts.touched, lastTouch));
     apply();
 }
 
@@ -130,7 +135,8 @@ void GestureEngine::systemDidWake() {
 
 ToggleHotKey& GestureEngine::hotKey() {
     if (!hotKey_) {
-        hotKey_ = std::make_unique<ToggleHotKey>(services_.hotKeys, whileAlive([this] { setEnabled(!isEnabled_); }));
+        hotKey_ = std::make_unique<ToggleHotKey>(services_.hotKeys,
+                                                 whileAlive([this] { setEnabled(!isEnabled_); }));
     }
     return *hotKey_;
 }
@@ -151,16 +157,19 @@ void GestureEngine::setToggleShortcut(const std::optional<KeyShortcut>& shortcut
     }
 }
 
-void GestureEngine::suspendToggleShortcut(bool suspended) { hotKey().setSuspended(suspended); }
+void GestureEngine::suspendToggleShortcut(bool suspended) {
+    hotKey().setSuspended(suspended);
+}
 
-std::optional<std::string> GestureEngine::registrationError(HotKeyRegistrar::Status status,
-                                                            const std::optional<KeyShortcut>& shortcut) const {
+std::optional<std::string> GestureEngine::registrationError(
+    HotKeyRegistrar::Status status, const std::optional<KeyShortcut>& shortcut) const {
     if (status == HotKeyRegistrar::success || !shortcut) return std::nullopt;
     const KeyboardLayout* layout = services_.host.keyboardLayout;
     if (status == HotKeyRegistrar::alreadyTaken) {
         return shortcut->display(layout) + " is already used by another app. Pick another.";
     }
-    return "macOS couldn't register " + shortcut->display(layout) + " (error " + std::to_string(status) + ").";
+    return "macOS couldn't register " + shortcut->display(layout) + " (error " + std::to_string(status) +
+           ").";
 }
 
 std::string GestureEngine::defaultTimeFormat(double unixSeconds) {

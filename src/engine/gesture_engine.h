@@ -28,7 +28,7 @@ namespace ostrelle {
 // editor captures), keeps the touch source running, owns the toggle hot key, and publishes its
 // state. Main thread only; deferred work goes through the main queue and holds the engine weakly.
 class GestureEngine {
-public:
+  public:
     // A gesture reported in capture mode; the fresh id makes two equal gestures two changes.
     struct Detection {
         std::string id;
@@ -92,7 +92,7 @@ public:
                                                  const std::optional<KeyShortcut>& shortcut) const;
     static std::string defaultTimeFormat(double unixSeconds);
 
-private:
+  private:
     void apply();
     void restart(const std::string& reason);
     void handle(std::span<const Contact> contacts, double time);

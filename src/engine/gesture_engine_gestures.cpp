@@ -1,6 +1,5 @@
 // What happens with each frame, click and recognized gesture.
 #include "engine/gesture_engine.h"
-
 #include "gestures/gesture_catalog.h"
 #include "support/uuid.h"
 
@@ -48,7 +47,8 @@ void GestureEngine::recognized(const Gesture& gesture, bool onOwnUI) {
         if (ignoreSession_ || g.fingers() < 2) return;
         if (g == tap && doubleTapOffered) {
             deferTap([this, g] {
-                if (isCapturing_) publish(lastDetection_, std::optional<Detection>(Detection{newUUIDString(), g}));
+                if (isCapturing_)
+                    publish(lastDetection_, std::optional<Detection>(Detection{newUUIDString(), g}));
             });
             return;
         }
@@ -77,7 +77,9 @@ void GestureEngine::deferTap(std::function<void()> work) {
     pendingTap_ = services_.queue.postAfter(GestureRecognizer::doubleTapWindow, whileAlive(std::move(work)));
 }
 
-void GestureEngine::cancelPendingTap() { pendingTap_.cancel(); }
+void GestureEngine::cancelPendingTap() {
+    pendingTap_.cancel();
+}
 
 const GestureBinding* GestureEngine::runnable(const Gesture& gesture) const {
     return services_.store.bindingFor(gesture);

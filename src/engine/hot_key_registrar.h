@@ -9,7 +9,7 @@ namespace ostrelle {
 // The system's global hot-key facility: one registration per key combination, presses delivered
 // on the main thread. Status 0 is success; `alreadyTaken` means another application holds it.
 class HotKeyRegistrar {
-public:
+  public:
     using Status = std::int32_t;
     using Reference = std::uint64_t;
 

@@ -7,12 +7,12 @@ namespace ostrelle {
 // Hot keys for runs without a desktop (replays, headless runs): every combination registers and
 // nothing is ever pressed.
 class InertHotKeyRegistrar final : public HotKeyRegistrar {
-public:
+  public:
     Registration registerHotKey(std::uint32_t, std::uint32_t) override { return {success, ++lastReference_}; }
     void unregisterHotKey(Reference) override {}
     void setPressHandler(std::function<void()>) override {}
 
-private:
+  private:
     Reference lastReference_ = 0;
 };
 

@@ -9,7 +9,7 @@ namespace ostrelle {
 
 // The strokes being drawn right now, for the trackpad preview while the user draws a shape.
 class LiveTrace {
-public:
+  public:
     const std::vector<Stroke>& strokes() const { return strokes_; }
     void setStrokes(std::vector<Stroke> strokes) {
         strokes_ = std::move(strokes);
@@ -18,7 +18,7 @@ public:
 
     ObserverList observers;
 
-private:
+  private:
     std::vector<Stroke> strokes_;
 };
 

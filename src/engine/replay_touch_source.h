@@ -9,7 +9,7 @@ namespace ostrelle {
 // A touch source fed from a recording instead of a device: the caller hands it each frame and
 // click, and it passes them on while started, counting them as a device source would.
 class ReplayTouchSource final : public TouchSource {
-public:
+  public:
     std::optional<TouchSourceError> start(FrameHandler onFrame, ClickHandler onClick) override {
         onFrame_ = std::move(onFrame);
         onClick_ = std::move(onClick);
@@ -31,11 +31,10 @@ public:
         if (onClick_) onClick_(onOwnUI);
     }
 
-private:
+  private:
     FrameHandler onFrame_;
     ClickHandler onClick_;
     EventCounts counts_;
 };
-
 
 }  // namespace ostrelle

@@ -12,7 +12,7 @@ namespace ostrelle {
 // A change registers the new combination before releasing the old one, so a failed change never
 // leaves the user without a toggle key.
 class ToggleHotKey {
-public:
+  public:
     using Status = HotKeyRegistrar::Status;
 
     ToggleHotKey(HotKeyRegistrar& registrar, std::function<void()> onPress);
@@ -31,7 +31,7 @@ public:
     void setShortcut(std::optional<KeyShortcut> shortcut) { shortcut_ = shortcut; }
     bool isRegistered() const { return reference_.has_value(); }
 
-private:
+  private:
     HotKeyRegistrar::Registration registerShortcut(const KeyShortcut& shortcut);
     void unregister();
 

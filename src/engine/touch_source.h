@@ -16,14 +16,15 @@ struct TouchSourceError {
 
     // The one failure every platform shares: the system will not let us read the trackpad.
     static TouchSourceError permissionNeeded() {
-        return {"Allow Accessibility in System Settings → Privacy & Security so Ostrelle can read the trackpad."};
+        return {
+            "Allow Accessibility in System Settings → Privacy & Security so Ostrelle can read the trackpad."};
     }
     friend bool operator==(const TouchSourceError&, const TouchSourceError&) = default;
 };
 
 // Where touch frames and physical clicks come from. Both callbacks run on the main thread only.
 class TouchSource {
-public:
+  public:
     // One frame: the contacts down now (no defined order; empty when every finger lifted) and its time.
     using FrameHandler = std::function<void(std::span<const Contact>, double)>;
     // A physical button press; true when the pointer was over one of our own windows.

@@ -30,7 +30,8 @@ std::optional<GestureDef> Gesture::def() const {
         // The plural "fingers" stays even for one finger: the hint text is fixed.
         std::string hint = "Draw this shape with " + lowercase(word(custom->fingers)) +
                            " fingers, any size, anywhere on the trackpad.";
-        return GestureDef{id, std::move(name), custom->fingers, std::move(hint), {}, std::nullopt, std::nullopt};
+        return GestureDef{id, std::move(name), custom->fingers, std::move(hint),
+                          {}, std::nullopt,    std::nullopt};
     }
     if (const GestureDef* found = GestureCatalog::find(id)) return *found;
     return std::nullopt;
@@ -86,7 +87,9 @@ std::string Gesture::fingersLabel(int fingers) {
     return fingers == 1 ? "1 finger" : std::to_string(fingers) + " fingers";
 }
 
-const std::vector<Gesture>& Gesture::all() { return GestureCatalog::all(); }
+const std::vector<Gesture>& Gesture::all() {
+    return GestureCatalog::all();
+}
 
 std::size_t hashOf(const Gesture& gesture) {
     std::size_t seed = std::hash<std::string>{}(gesture.id);

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "gestures/motion.h"
 #include "gestures/custom_shape.h"
+#include "gestures/motion.h"
 
 namespace ostrelle {
 
@@ -44,5 +44,7 @@ std::size_t hashOf(const Gesture& gesture);
 
 template <>
 struct std::hash<ostrelle::Gesture> {
-    std::size_t operator()(const ostrelle::Gesture& gesture) const noexcept { return ostrelle::hashOf(gesture); }
+    std::size_t operator()(const ostrelle::Gesture& gesture) const noexcept {
+        return ostrelle::hashOf(gesture);
+    }
 };

@@ -23,24 +23,38 @@ const std::vector<Position>& handRow(int fingers) {
     return hand[static_cast<std::size_t>(fingers - 1)];
 }
 
-std::string numberName(int fingers) { return std::string(Gesture::word(fingers)); }
+std::string numberName(int fingers) {
+    return std::string(Gesture::word(fingers));
+}
 
 GestureDef plainTap(int n) {
-    return {Gesture::genericID(n, Motion::tap, std::nullopt), numberName(n) + "-finger tap", n,
+    return {Gesture::genericID(n, Motion::tap, std::nullopt),
+            numberName(n) + "-finger tap",
+            n,
             "Rest " + GestureCatalog::fingersText(n) + " lightly, then lift together.",
-            GestureCatalog::dots(n, DotRole::tap()), Motion::tap, std::nullopt};
+            GestureCatalog::dots(n, DotRole::tap()),
+            Motion::tap,
+            std::nullopt};
 }
 
 GestureDef plainDoubleTap(int n) {
-    return {Gesture::genericID(n, Motion::doubleTap, std::nullopt), numberName(n) + "-finger double tap", n,
+    return {Gesture::genericID(n, Motion::doubleTap, std::nullopt),
+            numberName(n) + "-finger double tap",
+            n,
             "Tap twice quickly with " + GestureCatalog::fingersText(n) + ".",
-            GestureCatalog::dots(n, DotRole::doubleTap()), Motion::doubleTap, std::nullopt};
+            GestureCatalog::dots(n, DotRole::doubleTap()),
+            Motion::doubleTap,
+            std::nullopt};
 }
 
 GestureDef plainClick(int n) {
-    return {Gesture::genericID(n, Motion::click, std::nullopt), numberName(n) + "-finger click", n,
+    return {Gesture::genericID(n, Motion::click, std::nullopt),
+            numberName(n) + "-finger click",
+            n,
             "Press down with " + GestureCatalog::fingersText(n) + " until the trackpad clicks.",
-            GestureCatalog::dots(n, DotRole::press()), Motion::click, std::nullopt};
+            GestureCatalog::dots(n, DotRole::press()),
+            Motion::click,
+            std::nullopt};
 }
 
 std::vector<GestureDef> plainSwipes(int n) {
@@ -76,8 +90,8 @@ std::vector<GestureDef> restSwipes(int sliding) {
         for (double x : slideX) dots.push_back({x, slideY, DotRole::swipe(v.vertical)});
         const int n = sliding + 1;
         result.push_back({std::to_string(n) + ".restSwipe." + vertical + "." + side,
-                          "Hold one, slide " + std::string(sliding == 1 ? "another" : "two") + " " + vertical +
-                              " on its " + side,
+                          "Hold one, slide " + std::string(sliding == 1 ? "another" : "two") + " " +
+                              vertical + " on its " + side,
                           n,
                           "Rest one finger, then swipe " +
                               std::string(sliding == 1 ? "another finger" : "two fingers") + " " + vertical +
@@ -142,7 +156,8 @@ std::vector<GestureGroup> buildAllGroups() {
     append(three, plainSwipes(3));
     append(three, removeAllButOne());
 
-    // Four and five fingers deliberately differ from three: tap, double tap, click, and no double tap for three.
+    // Four and five fingers deliberately differ from three: tap, double tap, click, and no double tap for
+    // three.
     auto hand = [](int n) {
         std::vector<GestureDef> defs{plainTap(n), plainDoubleTap(n), plainClick(n)};
         append(defs, plainSwipes(n));
@@ -161,12 +176,18 @@ std::vector<GestureGroup> buildAllGroups() {
 
 std::string_view toString(DotRole::Kind kind) {
     switch (kind) {
-        case DotRole::Kind::swipe: return "swipe";
-        case DotRole::Kind::rest: return "rest";
-        case DotRole::Kind::tap: return "tap";
-        case DotRole::Kind::doubleTap: return "doubleTap";
-        case DotRole::Kind::press: return "press";
-        case DotRole::Kind::lift: return "lift";
+        case DotRole::Kind::swipe:
+            return "swipe";
+        case DotRole::Kind::rest:
+            return "rest";
+        case DotRole::Kind::tap:
+            return "tap";
+        case DotRole::Kind::doubleTap:
+            return "doubleTap";
+        case DotRole::Kind::press:
+            return "press";
+        case DotRole::Kind::lift:
+            return "lift";
     }
     return "";
 }
@@ -179,12 +200,35 @@ const std::vector<GestureGroup>& GestureCatalog::allGroups() {
 const std::set<std::string, std::less<>>& GestureCatalog::enabled() {
     // Three-finger rest swipes and the "lift all but one" family are known but not offered.
     static const std::set<std::string, std::less<>> ids{
-        "2.restTap.left",   "2.restTap.right",   "2.restSwipe.down.left", "2.restSwipe.up.left",
-        "2.restSwipe.down.right", "2.restSwipe.up.right", "3.click", "3.tap", "3.restTap.between",
-        "3.restTap.left",   "3.restTap.right",   "3.swipe.up",   "3.swipe.down", "3.swipe.left",
-        "3.swipe.right",    "4.tap",   "4.doubleTap", "4.click", "4.swipe.up", "4.swipe.down",
-        "4.swipe.left",     "4.swipe.right",     "5.tap",        "5.doubleTap",  "5.click",
-        "5.swipe.up",       "5.swipe.down",      "5.swipe.left", "5.swipe.right",
+        "2.restTap.left",
+        "2.restTap.right",
+        "2.restSwipe.down.left",
+        "2.restSwipe.up.left",
+        "2.restSwipe.down.right",
+        "2.restSwipe.up.right",
+        "3.click",
+        "3.tap",
+        "3.restTap.between",
+        "3.restTap.left",
+        "3.restTap.right",
+        "3.swipe.up",
+        "3.swipe.down",
+        "3.swipe.left",
+        "3.swipe.right",
+        "4.tap",
+        "4.doubleTap",
+        "4.click",
+        "4.swipe.up",
+        "4.swipe.down",
+        "4.swipe.left",
+        "4.swipe.right",
+        "5.tap",
+        "5.doubleTap",
+        "5.click",
+        "5.swipe.up",
+        "5.swipe.down",
+        "5.swipe.left",
+        "5.swipe.right",
     };
     return ids;
 }

@@ -65,7 +65,7 @@ struct GestureGroup {
 // It knows more gestures than it enables: the others keep their names and saved bindings
 // but are neither offered nor acted on.
 class GestureCatalog {
-public:
+  public:
     using IDMap = std::map<std::string, GestureDef, std::less<>>;
     using OrderMap = std::map<std::string, int, std::less<>>;
 

@@ -20,7 +20,8 @@ Point decodePoint(const nlohmann::json& value, const std::string& path) {
 // A well-formed point read without composing its path: shapes hold thousands of points, and the
 // path is only worth building for the error message.
 std::optional<Point> plainPoint(const nlohmann::json& value) {
-    if (!value.is_array() || value.size() != 2 || !value[0].is_number() || !value[1].is_number()) return std::nullopt;
+    if (!value.is_array() || value.size() != 2 || !value[0].is_number() || !value[1].is_number())
+        return std::nullopt;
     const Point point{value[0].get<double>(), value[1].get<double>()};
     if (!std::isfinite(point.x) || !std::isfinite(point.y)) return std::nullopt;
     return point;
@@ -92,7 +93,8 @@ CustomShape decodeShape(const nlohmann::json& value, const std::string& path) {
     shape.fingers = integer(required(value, shape_keys::fingers, path), fingersPath);
     if (!CustomShape::isHandFingerCount(shape.fingers)) throw JSONError(fingersPath, "must be 1 to 5");
     shape.path = decodePoints(required(value, shape_keys::path, path), member(path, shape_keys::path));
-    shape.strokes = decodeStrokes(required(value, shape_keys::strokes, path), member(path, shape_keys::strokes));
+    shape.strokes =
+        decodeStrokes(required(value, shape_keys::strokes, path), member(path, shape_keys::strokes));
     return shape;
 }
 

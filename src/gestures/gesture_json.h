@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "gestures/gesture.h"
 #include "gestures/custom_shape.h"
+#include "gestures/gesture.h"
 #include "support/json_error.h"
 #include "support/point.h"
 

@@ -9,27 +9,36 @@ namespace ostrelle {
 enum class Motion { tap, doubleTap, click, swipe };
 enum class SwipeDirection { up, down, left, right };
 
-inline constexpr std::array<Motion, 4> allMotions{Motion::tap, Motion::doubleTap, Motion::click, Motion::swipe};
-inline constexpr std::array<SwipeDirection, 4> allSwipeDirections{SwipeDirection::up, SwipeDirection::down,
-                                                                  SwipeDirection::left, SwipeDirection::right};
+inline constexpr std::array<Motion, 4> allMotions{Motion::tap, Motion::doubleTap, Motion::click,
+                                                  Motion::swipe};
+inline constexpr std::array<SwipeDirection, 4> allSwipeDirections{
+    SwipeDirection::up, SwipeDirection::down, SwipeDirection::left, SwipeDirection::right};
 
 // The raw values are what ids and files carry, spelled exactly so.
 constexpr std::string_view rawValue(Motion motion) {
     switch (motion) {
-        case Motion::tap: return "tap";
-        case Motion::doubleTap: return "doubleTap";
-        case Motion::click: return "click";
-        case Motion::swipe: return "swipe";
+        case Motion::tap:
+            return "tap";
+        case Motion::doubleTap:
+            return "doubleTap";
+        case Motion::click:
+            return "click";
+        case Motion::swipe:
+            return "swipe";
     }
     return "";
 }
 
 constexpr std::string_view rawValue(SwipeDirection direction) {
     switch (direction) {
-        case SwipeDirection::up: return "up";
-        case SwipeDirection::down: return "down";
-        case SwipeDirection::left: return "left";
-        case SwipeDirection::right: return "right";
+        case SwipeDirection::up:
+            return "up";
+        case SwipeDirection::down:
+            return "down";
+        case SwipeDirection::left:
+            return "left";
+        case SwipeDirection::right:
+            return "right";
     }
     return "";
 }
@@ -37,10 +46,14 @@ constexpr std::string_view rawValue(SwipeDirection direction) {
 // What the user sees for a motion.
 constexpr std::string_view label(Motion motion) {
     switch (motion) {
-        case Motion::tap: return "Tap";
-        case Motion::doubleTap: return "Double tap";
-        case Motion::click: return "Click";
-        case Motion::swipe: return "Swipe";
+        case Motion::tap:
+            return "Tap";
+        case Motion::doubleTap:
+            return "Double tap";
+        case Motion::click:
+            return "Click";
+        case Motion::swipe:
+            return "Swipe";
     }
     return "";
 }

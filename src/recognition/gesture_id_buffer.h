@@ -12,7 +12,7 @@ namespace ostrelle {
 // Composes a gesture id on the stack, so that checking a candidate against the catalog
 // costs no heap allocation on the per-frame path.
 class GestureIDBuffer {
-public:
+  public:
     GestureIDBuffer& number(int value) {
         const auto result = std::to_chars(text_.data() + length_, text_.data() + text_.size(), value);
         length_ = static_cast<std::size_t>(result.ptr - text_.data());
@@ -36,7 +36,7 @@ public:
         return id;
     }
 
-private:
+  private:
     std::array<char, 48> text_{};
     std::size_t length_ = 0;
 };

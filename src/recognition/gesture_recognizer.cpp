@@ -1,9 +1,10 @@
 // Frame processing: tracks, strays, sessions, the hand path, and the order in which rules run.
 #include "recognition/gesture_recognizer.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
-#include <fmt/format.h>
 
 #include "gestures/gesture_catalog.h"
 #include "recognition/length_compare.h"
@@ -305,7 +306,9 @@ void GestureRecognizer::detectScroll() {
 
 std::optional<Gesture> GestureRecognizer::endFrame(double time) {
     std::optional<Gesture> decision = endSession(time);
-    if (!ended_) ended_.emplace(EndedSession{});  // spelled out: clang 14 cannot default-construct a nested type with member initializers here
+    if (!ended_)
+        ended_.emplace(EndedSession{});  // spelled out: clang 14 cannot default-construct a nested type with
+                                         // member initializers here
     ended_->time = time;
     ended_->fired = decision.has_value();
     // The old snapshot's buffers become the next session's, so a new session does not allocate.
@@ -365,7 +368,9 @@ std::optional<Gesture> GestureRecognizer::endSession(double time) {
     return tapOrDoubleTap(time);
 }
 
-std::vector<Stroke> GestureRecognizer::liveStrokes() const { return session_.trails.strokes(); }
+std::vector<Stroke> GestureRecognizer::liveStrokes() const {
+    return session_.trails.strokes();
+}
 
 void GestureRecognizer::openTracks(std::vector<const Track*>& into) const {
     into.clear();

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "gestures/custom_shape.h"
 #include "gestures/gesture.h"
 #include "recognition/contact.h"
-#include "gestures/custom_shape.h"
 #include "recognition/track.h"
 #include "support/point.h"
 
@@ -21,24 +21,25 @@ namespace ostrelle {
 // decision is taken inside a call, from the frames' own times. A session runs from the first
 // frame with contacts to the first frame without any.
 class GestureRecognizer {
-public:
+  public:
     // Thresholds. Several rules use the same numbers written out; those literals stay literal
     // on purpose (tuning a constant here must not move them) and say so where they stand.
-    static constexpr double tapMaxDuration = 0.25;      // s: longest tap session; longest lift that counts as a tap
-    static constexpr double tapMaxMove = 0.03;          // units: every finger of a tap moves less than this
-    static constexpr double doubleTapWindow = 0.35;     // s: second tap within this of the first (inclusive)
-    static constexpr double swipeMinMove = 0.12;        // units: a finger moving further is "moving"
-    static constexpr double handSwipeMinMove = 0.06;    // units: mean displacement of a 4- or 5-finger swipe
-    static constexpr double threeSwipeMinMove = 0.1;    // units: mean displacement of a 3-finger swipe
-    static constexpr double restMaxMove = 0.08;         // units: a finger drifting less than this is resting
-    static constexpr double restTapMaxDuration = 0.4;   // s: longest tapping finger of a rest tap
-    static constexpr double restTapMaxMove = 0.06;      // units: the tapping finger moves less than this
-    static constexpr double restTapMinGap = 0.03;       // units: least horizontal gap between tap and rest
-    static constexpr double groupWindow = 0.08;         // s: landing/lifting spread that still counts as together
-    static constexpr double restMinHold = 0.15;         // s: rests land at least this long before the tap
-    static constexpr double groupMaxGap = 0.3;          // units: contacts closer than this belong together
-    static constexpr double dropoutWindow = 0.015;      // s: a session that ended this recently is resumed
-    static constexpr double pathStep = 0.004;           // units: least centroid move for a new hand-path point
+    static constexpr double tapMaxDuration =
+        0.25;                                   // s: longest tap session; longest lift that counts as a tap
+    static constexpr double tapMaxMove = 0.03;  // units: every finger of a tap moves less than this
+    static constexpr double doubleTapWindow = 0.35;    // s: second tap within this of the first (inclusive)
+    static constexpr double swipeMinMove = 0.12;       // units: a finger moving further is "moving"
+    static constexpr double handSwipeMinMove = 0.06;   // units: mean displacement of a 4- or 5-finger swipe
+    static constexpr double threeSwipeMinMove = 0.1;   // units: mean displacement of a 3-finger swipe
+    static constexpr double restMaxMove = 0.08;        // units: a finger drifting less than this is resting
+    static constexpr double restTapMaxDuration = 0.4;  // s: longest tapping finger of a rest tap
+    static constexpr double restTapMaxMove = 0.06;     // units: the tapping finger moves less than this
+    static constexpr double restTapMinGap = 0.03;      // units: least horizontal gap between tap and rest
+    static constexpr double groupWindow = 0.08;     // s: landing/lifting spread that still counts as together
+    static constexpr double restMinHold = 0.15;     // s: rests land at least this long before the tap
+    static constexpr double groupMaxGap = 0.3;      // units: contacts closer than this belong together
+    static constexpr double dropoutWindow = 0.015;  // s: a session that ended this recently is resumed
+    static constexpr double pathStep = 0.004;       // units: least centroid move for a new hand-path point
     static constexpr std::size_t maxPathPoints = 1024;  // the hand path stops growing here
 
     using TraceSink = std::function<void(const std::string&)>;
@@ -47,7 +48,8 @@ public:
 
     GestureRecognizer();
 
-    // One touch frame: the contacts down now (any order; empty when every finger lifted) and the frame's time.
+    // One touch frame: the contacts down now (any order; empty when every finger lifted) and the frame's
+    // time.
     std::optional<Gesture> process(std::span<const Contact> contacts, double time);
     // The trackpad button went down.
     std::optional<Gesture> physicalClick();
@@ -63,7 +65,7 @@ public:
     // Set while the shape editor records a new shape.
     bool recordingShapes = false;
 
-private:
+  private:
     struct TapRecord {
         int fingers = 0;
         double time = 0;
@@ -77,12 +79,12 @@ private:
 
     // Finger trails, kept in reusable slots so a new session does not allocate.
     class TrailSet {
-    public:
+      public:
         void clear();
         void append(std::int64_t id, Point point);
         std::vector<Stroke> strokes() const;
 
-    private:
+      private:
         struct Trail {
             std::int64_t id = 0;
             std::vector<Point> points;
@@ -137,7 +139,8 @@ private:
 
     // Rules while fingers are down.
     std::optional<Gesture> slideAfterHoldThree();
-    // Empty optional: the rule did not apply; a held value: it decided (possibly deferring, yielding nothing).
+    // Empty optional: the rule did not apply; a held value: it decided (possibly deferring, yielding
+    // nothing).
     std::optional<std::optional<Gesture>> swipeByMean();
     std::optional<Gesture> restSwipe();
     std::optional<Gesture> lifts();

@@ -31,7 +31,11 @@ inline void raise(double& largest, double dx, double dy) {
 
 }  // namespace length_compare
 
-inline bool longerThan(double dx, double dy, double limit) { return length_compare::compare(dx, dy, limit) > 0; }
-inline bool shorterThan(double dx, double dy, double limit) { return length_compare::compare(dx, dy, limit) < 0; }
+inline bool longerThan(double dx, double dy, double limit) {
+    return length_compare::compare(dx, dy, limit) > 0;
+}
+inline bool shorterThan(double dx, double dy, double limit) {
+    return length_compare::compare(dx, dy, limit) < 0;
+}
 
 }  // namespace ostrelle

@@ -51,11 +51,13 @@ std::optional<std::optional<Gesture>> GestureRecognizer::swipeByMean() {
 
     bool accepted = false;
     if (n == 3) {
-        accepted = longerThan(meanX, meanY, threeSwipeMinMove) &&
-                   std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return moved(t) && agrees(t); });
+        accepted =
+            longerThan(meanX, meanY, threeSwipeMinMove) &&
+            std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return moved(t) && agrees(t); });
     } else {
-        accepted = longerThan(meanX, meanY, handSwipeMinMove) &&
-                   std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return !moved(t) || agrees(t); });
+        accepted =
+            longerThan(meanX, meanY, handSwipeMinMove) &&
+            std::all_of(open_.begin(), open_.end(), [&](const Track* t) { return !moved(t) || agrees(t); });
     }
     const int fingers = static_cast<int>(n);
     std::optional<Gesture> swipe;
@@ -84,7 +86,8 @@ std::optional<Gesture> GestureRecognizer::restSwipe() {
         }
     }
     if (scratch_.empty()) return std::nullopt;
-    if (std::any_of(scratch_.begin(), scratch_.end(), [](const Track* t) { return t->spent; })) return std::nullopt;
+    if (std::any_of(scratch_.begin(), scratch_.end(), [](const Track* t) { return t->spent; }))
+        return std::nullopt;
     const SwipeDirection direction = directionOf(scratch_.front()->dx(), scratch_.front()->dy());
     for (const Track* mover : scratch_) {
         if (directionOf(mover->dx(), mover->dy()) != direction) return std::nullopt;
@@ -141,9 +144,9 @@ void GestureRecognizer::holdThreeLiftTwo() {
 
 std::optional<Gesture> GestureRecognizer::plainSwipe(const Gesture& gesture) {
     const int fingers = gesture.fingers();
-    const bool shapeMayBeMeant = recordingShapes || std::any_of(customs.begin(), customs.end(), [&](const Gesture& c) {
-                                     return c.fingers() == fingers;
-                                 });
+    const bool shapeMayBeMeant =
+        recordingShapes ||
+        std::any_of(customs.begin(), customs.end(), [&](const Gesture& c) { return c.fingers() == fingers; });
     if (!shapeMayBeMeant) {
         session_.consumed = true;
         return gesture;

@@ -1,7 +1,8 @@
 // Taps, double taps, physical clicks and rest taps.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
-#include <fmt/format.h>
 
 #include "gestures/gesture_catalog.h"
 #include "recognition/gesture_id_buffer.h"
@@ -64,7 +65,8 @@ std::optional<Gesture> GestureRecognizer::physicalClick() {
     return known(GestureIDBuffer::generic(touching_, Motion::click, std::nullopt).view());
 }
 
-std::optional<Gesture> GestureRecognizer::restTap(const Track& tap, std::span<const Track* const> rests) const {
+std::optional<Gesture> GestureRecognizer::restTap(const Track& tap,
+                                                  std::span<const Track* const> rests) const {
     if (tap.isOpen() || tap.spent) return std::nullopt;
 
     const std::size_t fingers = rests.size() + 1;
@@ -80,7 +82,8 @@ std::optional<Gesture> GestureRecognizer::restTap(const Track& tap, std::span<co
     if (held > restTapMaxDuration) return reject("tap held {:.2f} s", held);
     if (tap.maxMove >= restTapMaxMove) return reject("tap moved {:.3f}", tap.maxMove);
     for (const Track* rest : rests) {
-        // literal 0.12: deliberately more lenient than restMaxMove, a resting hand sways while another finger taps
+        // literal 0.12: deliberately more lenient than restMaxMove, a resting hand sways while another finger
+        // taps
         if (rest->drift >= 0.12) return reject("rest drifted {:.3f}", rest->drift);
     }
     for (const Track* rest : rests) {

@@ -2,8 +2,9 @@
 
 // Rejection lines for the recognizer's diagnostic sink. Each is composed only when a sink is set,
 // so normal operation never formats a string on the per-frame path.
-#include <cstddef>
 #include <fmt/format.h>
+
+#include <cstddef>
 #include <utility>
 
 #include "recognition/gesture_recognizer.h"

@@ -20,7 +20,8 @@ struct SeedEntry {
 std::vector<GestureBinding> makeSeed(std::initializer_list<SeedEntry> entries, double createdAt) {
     std::vector<GestureBinding> bindings;
     for (const SeedEntry& e : entries) {
-        bindings.push_back(GestureBinding::make(Gesture(e.gesture), ActionRef{e.app, e.option, {}, {}}, createdAt));
+        bindings.push_back(
+            GestureBinding::make(Gesture(e.gesture), ActionRef{e.app, e.option, {}, {}}, createdAt));
     }
     return bindings;
 }
@@ -105,7 +106,8 @@ void BindingStore::loadFile(bool launchedBefore) {
         load_.dropped = decoded.size() - kept.size();
         const std::filesystem::path backup = sideFile("before-migration");
         std::error_code failed;
-        std::filesystem::copy_file(fileURL_, backup, std::filesystem::copy_options::overwrite_existing, failed);
+        std::filesystem::copy_file(fileURL_, backup, std::filesystem::copy_options::overwrite_existing,
+                                   failed);
         if (!failed) load_.backup = backup;
     }
     bindings_ = std::move(kept);

@@ -15,16 +15,16 @@ namespace ostrelle {
 struct BindingStoreLoad {
     enum class Outcome { loaded, seeded, setAside };
     Outcome outcome = Outcome::loaded;
-    std::size_t dropped = 0;                       // bindings dropped while loading
-    std::optional<std::filesystem::path> backup;   // the copy made before dropping any
-    std::optional<std::filesystem::path> setAside; // where an unreadable file went
-    std::string problem;                           // why the file could not be read
+    std::size_t dropped = 0;                        // bindings dropped while loading
+    std::optional<std::filesystem::path> backup;    // the copy made before dropping any
+    std::optional<std::filesystem::path> setAside;  // where an unreadable file went
+    std::string problem;                            // why the file could not be read
 };
 
 // The user's bindings, loaded once at start and written back in full after every change.
 // The in-memory list is the truth; the file is a copy. Used from one thread.
 class BindingStore {
-public:
+  public:
     struct FingerGroup {
         int fingers = 0;
         std::vector<GestureBinding> bindings;
@@ -55,7 +55,7 @@ public:
     // Notified after every change of the list.
     ObserverList observers;
 
-private:
+  private:
     void loadFile(bool launchedBefore);
     void setBindings(std::vector<GestureBinding> bindings);
     void persist() const;

@@ -11,7 +11,7 @@ namespace ostrelle {
 
 // The bindings file is read whole: one bad binding makes the whole file unreadable.
 class BindingsFileError : public std::runtime_error {
-public:
+  public:
     using std::runtime_error::runtime_error;
 };
 

@@ -1,10 +1,11 @@
 #include "store/json_writer.h"
 
+#include <fmt/compile.h>
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fmt/compile.h>
-#include <fmt/format.h>
 
 namespace ostrelle {
 namespace {
@@ -17,15 +18,24 @@ constexpr std::size_t longestNumber = 32;
 
 std::string_view escapeFor(unsigned char c) {
     switch (c) {
-        case '"': return "\\\"";
-        case '\\': return "\\\\";
-        case '/': return "\\/";
-        case '\b': return "\\b";
-        case '\f': return "\\f";
-        case '\n': return "\\n";
-        case '\r': return "\\r";
-        case '\t': return "\\t";
-        default: return {};
+        case '"':
+            return "\\\"";
+        case '\\':
+            return "\\\\";
+        case '/':
+            return "\\/";
+        case '\b':
+            return "\\b";
+        case '\f':
+            return "\\f";
+        case '\n':
+            return "\\n";
+        case '\r':
+            return "\\r";
+        case '\t':
+            return "\\t";
+        default:
+            return {};
     }
 }
 
@@ -79,10 +89,18 @@ void BindingsStyleWriter::endContainer(char closing) {
     put(closing);
 }
 
-void BindingsStyleWriter::beginObject() { beginContainer('{'); }
-void BindingsStyleWriter::endObject() { endContainer('}'); }
-void BindingsStyleWriter::beginArray() { beginContainer('['); }
-void BindingsStyleWriter::endArray() { endContainer(']'); }
+void BindingsStyleWriter::beginObject() {
+    beginContainer('{');
+}
+void BindingsStyleWriter::endObject() {
+    endContainer('}');
+}
+void BindingsStyleWriter::beginArray() {
+    beginContainer('[');
+}
+void BindingsStyleWriter::endArray() {
+    endContainer(']');
+}
 
 void BindingsStyleWriter::key(std::string_view name) {
     string(name);
@@ -100,7 +118,9 @@ void BindingsStyleWriter::boolean(bool value) {
     put(value ? "true" : "false");
 }
 
-char* BindingsStyleWriter::numberRoom() { return room(longestNumber); }
+char* BindingsStyleWriter::numberRoom() {
+    return room(longestNumber);
+}
 
 void BindingsStyleWriter::numberWritten(const char* start, const char* end) {
     used_ -= longestNumber - static_cast<std::size_t>(end - start);
@@ -158,12 +178,24 @@ namespace {
 void write(BindingsStyleWriter& writer, const nlohmann::json& value) {
     using Type = nlohmann::json::value_t;
     switch (value.type()) {
-        case Type::null: writer.null(); break;
-        case Type::boolean: writer.boolean(value.get<bool>()); break;
-        case Type::number_integer: writer.integer(value.get<std::int64_t>()); break;
-        case Type::number_unsigned: writer.unsignedInteger(value.get<std::uint64_t>()); break;
-        case Type::number_float: writer.number(value.get<double>()); break;
-        case Type::string: writer.string(value.get_ref<const std::string&>()); break;
+        case Type::null:
+            writer.null();
+            break;
+        case Type::boolean:
+            writer.boolean(value.get<bool>());
+            break;
+        case Type::number_integer:
+            writer.integer(value.get<std::int64_t>());
+            break;
+        case Type::number_unsigned:
+            writer.unsignedInteger(value.get<std::uint64_t>());
+            break;
+        case Type::number_float:
+            writer.number(value.get<double>());
+            break;
+        case Type::string:
+            writer.string(value.get_ref<const std::string&>());
+            break;
         case Type::array:
             writer.beginArray();
             for (const auto& element : value) write(writer, element);
@@ -179,7 +211,9 @@ void write(BindingsStyleWriter& writer, const nlohmann::json& value) {
             writer.endObject();
             break;
         case Type::binary:
-        case Type::discarded: writer.null(); break;
+        case Type::discarded:
+            writer.null();
+            break;
     }
 }
 

@@ -15,7 +15,7 @@ namespace ostrelle {
 // Values are written as they are given, so a model can be printed without first building a
 // tree of it. The caller gives object members in sorted key order.
 class BindingsStyleWriter {
-public:
+  public:
     void beginObject();
     void endObject();
     void beginArray();
@@ -33,7 +33,7 @@ public:
     void reserve(std::size_t bytes);
     std::string take();
 
-private:
+  private:
     void beginValue();
     void beginContainer(char opening);
     void endContainer(char closing);

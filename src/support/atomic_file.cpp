@@ -13,11 +13,13 @@
 namespace ostrelle {
 namespace {
 
-std::string describe(const std::string& what, int error) { return what + ": " + std::strerror(error); }
+std::string describe(const std::string& what, int error) {
+    return what + ": " + std::strerror(error);
+}
 
 // Closes the descriptor and removes the temporary file unless the rename took it over.
 class TemporaryFile {
-public:
+  public:
     explicit TemporaryFile(const std::filesystem::path& target) {
         std::string hidden(".");
         hidden.append(target.filename().string()).append(".XXXXXX");
@@ -43,7 +45,7 @@ public:
     }
     void committed() { committed_ = true; }
 
-private:
+  private:
     std::vector<char> name_;
     int fd_ = -1;
     bool committed_ = false;
@@ -82,7 +84,8 @@ std::optional<std::string> writeFileAtomically(const std::filesystem::path& path
     ::fchmod(temporary.fd(), ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : usualMode);
     if (::fsync(temporary.fd()) != 0) return describe("cannot flush " + std::string(temporary.name()), errno);
     if (temporary.closeNow() != 0) return describe("cannot close " + std::string(temporary.name()), errno);
-    if (::rename(temporary.name(), path.c_str()) != 0) return describe("cannot replace " + path.string(), errno);
+    if (::rename(temporary.name(), path.c_str()) != 0)
+        return describe("cannot replace " + path.string(), errno);
     temporary.committed();
     syncFolder(folder);
     return std::nullopt;
@@ -92,7 +95,8 @@ std::optional<std::string> writeFileAtomically(const std::filesystem::path& path
 // bindings file of a megabyte or more.
 FileReadResult readWholeFile(const std::filesystem::path& path) {
     const auto unreadable = [&](int error) {
-        return FileReadResult{FileReadResult::Status::unreadable, {}, describe("cannot read " + path.string(), error)};
+        return FileReadResult{
+            FileReadResult::Status::unreadable, {}, describe("cannot read " + path.string(), error)};
     };
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) {

@@ -8,7 +8,7 @@ namespace ostrelle {
 // A handle to a scheduled task; cancelling it keeps the task from running if it has not run yet.
 // Cancelling after it ran, or cancelling twice, has no effect.
 class TaskHandle {
-public:
+  public:
     TaskHandle() = default;
     explicit TaskHandle(std::shared_ptr<bool> cancelled) : cancelled_(std::move(cancelled)) {}
 
@@ -17,14 +17,14 @@ public:
     }
     bool isCancelled() const { return cancelled_ && *cancelled_; }
 
-private:
+  private:
     std::shared_ptr<bool> cancelled_;
 };
 
 // The main thread's queue: everything deferred (a pending tap, a start retry, the steps of a
 // multi-step action) goes through it, so nothing else owns a timer and tests can move time by hand.
 class MainQueue {
-public:
+  public:
     using Task = std::function<void()>;
 
     virtual ~MainQueue() = default;

@@ -10,7 +10,7 @@ namespace ostrelle {
 // Callbacks to run whenever an observable object changes. An observer may remove itself
 // (or others) while being notified; removals take effect for the notifications after it.
 class ObserverList {
-public:
+  public:
     using Token = std::uint64_t;
 
     Token add(std::function<void()> observer) {
@@ -26,7 +26,7 @@ public:
     }
     std::size_t size() const { return observers_.size(); }
 
-private:
+  private:
     std::vector<std::pair<Token, std::function<void()>>> observers_;
     Token lastToken_ = 0;
 };

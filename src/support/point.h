@@ -13,7 +13,9 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
-inline double distance(Point a, Point b) { return std::hypot(a.x - b.x, a.y - b.y); }
+inline double distance(Point a, Point b) {
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
 
 // Mixes one more hash into a running seed; the usual golden-ratio combine.
 inline void hashCombine(std::size_t& seed, std::size_t value) {

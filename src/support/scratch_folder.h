@@ -12,9 +12,10 @@ namespace ostrelle {
 // goes away: for replays that work on a copy of the user's files, and for benchmarks and tests.
 // `path()` is empty when no folder could be made.
 class ScratchFolder {
-public:
+  public:
     explicit ScratchFolder(std::string_view prefix = "ostrelle") {
-        std::string pattern = (std::filesystem::temp_directory_path() / (std::string(prefix) + "-XXXXXX")).string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / (std::string(prefix) + "-XXXXXX")).string();
         if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
     }
     ~ScratchFolder() {
@@ -30,7 +31,7 @@ public:
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 

@@ -9,7 +9,7 @@ namespace ostrelle {
 
 // The user defaults: a few keys with boolean or data values.
 class Settings {
-public:
+  public:
     virtual ~Settings() = default;
     // Absent when the key is missing or holds something that is not a boolean.
     virtual std::optional<bool> boolValue(const std::string& key) const = 0;
@@ -30,7 +30,7 @@ inline constexpr const char* launchedBefore = "SUHasLaunchedBefore";
 
 // Settings kept in memory only: for tests, replays and headless runs that must not touch the user's.
 class InMemorySettings final : public Settings {
-public:
+  public:
     std::optional<bool> boolValue(const std::string& key) const override {
         const auto it = values_.find(key);
         if (it == values_.end() || !std::holds_alternative<bool>(it->second)) return std::nullopt;
@@ -45,7 +45,7 @@ public:
     void setData(const std::string& key, const std::string& value) override { values_[key] = value; }
     void remove(const std::string& key) override { values_.erase(key); }
 
-private:
+  private:
     std::map<std::string, std::variant<bool, std::string>> values_;
 };
 

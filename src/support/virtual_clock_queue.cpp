@@ -5,7 +5,9 @@
 
 namespace ostrelle {
 
-void VirtualClockQueue::post(Task task) { postAfter(0, std::move(task)); }
+void VirtualClockQueue::post(Task task) {
+    postAfter(0, std::move(task));
+}
 
 TaskHandle VirtualClockQueue::postAfter(double seconds, Task task) {
     auto cancelled = std::make_shared<bool>(false);

@@ -11,7 +11,7 @@ namespace ostrelle {
 // A main queue whose clock moves only when told to. Due tasks run in order of their due time,
 // and in posting order among equal times; tasks they post run too if they fall due in the same advance.
 class VirtualClockQueue final : public MainQueue {
-public:
+  public:
     explicit VirtualClockQueue(double start = 0) : now_(start) {}
 
     void post(Task task) override;
@@ -26,7 +26,7 @@ public:
     // Tasks scheduled and neither run nor cancelled.
     std::size_t pendingCount() const;
 
-private:
+  private:
     struct Scheduled {
         double due;
         std::uint64_t order;

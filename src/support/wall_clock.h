@@ -18,6 +18,8 @@ inline WallClock systemWallClock() {
 // Stored dates count seconds from 2001-01-01 00:00:00 UTC.
 inline constexpr double referenceDateInUnixSeconds = 978307200.0;
 
-inline double referenceDateSeconds(double unixSeconds) { return unixSeconds - referenceDateInUnixSeconds; }
+inline double referenceDateSeconds(double unixSeconds) {
+    return unixSeconds - referenceDateInUnixSeconds;
+}
 
 }  // namespace ostrelle

@@ -22,8 +22,12 @@ void* operator new(std::size_t size) {
     if (void* p = std::malloc(size == 0 ? 1 : size)) return p;
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
 #endif
 
 namespace ostrelle {
@@ -31,7 +35,7 @@ namespace {
 
 #ifdef OSTRELLE_COUNTS_ALLOCATIONS
 class AllocationCounter {
-public:
+  public:
     AllocationCounter() {
         allocations = 0;
         counting = true;

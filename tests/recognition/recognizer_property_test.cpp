@@ -54,8 +54,9 @@ std::vector<std::string> run(GestureRecognizer& recognizer, const std::vector<Ev
         EXPECT_FALSE(wasConsumed) << gesture->id << " fired in a consumed session at " << event.time;
         EXPECT_TRUE(gesture->custom || GestureCatalog::find(gesture->id)) << gesture->id;
         // Newly recorded shapes get random ids; compare them by what they are.
-        fired.push_back(gesture->custom ? "custom " + gesture->custom->name + std::to_string(gesture->fingers())
-                                        : gesture->id);
+        fired.push_back(gesture->custom
+                            ? "custom " + gesture->custom->name + std::to_string(gesture->fingers())
+                            : gesture->id);
     }
     return fired;
 }
