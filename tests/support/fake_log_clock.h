@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdint>
 
 #include "support/log_clock.h"
 
@@ -13,27 +12,30 @@ namespace ostrelle::testing {
 // the file system's own times; from there on a test moves it as far as it likes, without sleeping.
 class FakeLogClock final : public LogClock {
   public:
-    FakeLogClock()
-        : FakeLogClock(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now())) {}
-    explicit FakeLogClock(SystemTime start) : nanos_(toNanos(start)) {}
-
-    SystemTime now() const override {
-        return SystemTime{
-            std::chrono::duration_cast<SystemTime::duration>(std::chrono::nanoseconds{nanos_.load()})};
+    SystemTime now() const override { return SystemTime{SystemTime::duration{ticks_.load()}}; }
+    std::chrono::seconds utcOffset(SystemTime) const override {
+        held_.wait(true);
+        return std::chrono::seconds{offset_.load()};
     }
-    std::chrono::seconds utcOffset(SystemTime) const override { return std::chrono::seconds{offset_.load()}; }
 
-    void set(SystemTime time) { nanos_ = toNanos(time); }
-    void advance(std::chrono::nanoseconds by) { nanos_ += by.count(); }
+    void set(SystemTime time) { ticks_ = time.time_since_epoch().count(); }
+    void advance(SystemTime::duration by) { ticks_ += by.count(); }
     void setUTCOffset(std::chrono::seconds offset) { offset_ = offset.count(); }
 
-  private:
-    static std::int64_t toNanos(SystemTime time) {
-        return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch()).count();
+    // While held, the log's writer thread waits as it writes an entry (when it asks for the offset),
+    // so that the entries after it are written once released, however far the clock has moved.
+    void hold() { held_ = true; }
+    void release() {
+        held_ = false;
+        held_.notify_all();
     }
 
-    std::atomic<std::int64_t> nanos_;
-    std::atomic<std::int64_t> offset_{0};
+  private:
+    std::atomic<SystemTime::rep> ticks_{
+        std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()) /
+        SystemTime::duration{1}};
+    std::atomic<std::chrono::seconds::rep> offset_{0};
+    std::atomic<bool> held_{false};
 };
 
 }  // namespace ostrelle::testing

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "support/fake_log_clock.h"
+#include "support/file_times.h"
+#include "support/log.h"
 #include "support/log_time_stamp.h"
 #include "testing/temporary_folder.h"
 
@@ -16,80 +18,65 @@ namespace {
 
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
-using testing::FakeLogClock;
+using ::testing::EndsWith;
 using testing::readLines;
 using testing::readText;
+using testing::writeText;
+
+constexpr auto thirtyDays = std::chrono::hours{30 * 24};
 
 class LogWriterTest : public ::testing::Test {
   protected:
-    std::filesystem::path logFile() const { return folder / "Logs" / "Ostrelle" / "Ostrelle.log"; }
-
-    // The message part of every line, after the stamp and the level.
+    // The message part of every line, after the stamp.
     std::vector<std::string> entries() const {
         std::vector<std::string> result;
-        for (const auto& line : readLines(logFile())) {
-            const auto afterStamp = line.find(' ');
-            result.push_back(afterStamp == std::string::npos ? line : line.substr(afterStamp + 1));
-        }
+        for (const auto& line : readLines(logFile)) result.push_back(line.substr(line.find(' ') + 1));
         return result;
     }
 
+    // Last written `ago` before now by the file system's clock.
+    static void setModified(const std::filesystem::path& file, std::chrono::hours ago) {
+        std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - ago);
+    }
+
     testing::TemporaryFolder folder;
-    std::shared_ptr<FakeLogClock> clock = std::make_shared<FakeLogClock>();
-    LogWriter log{logFile(), clock};
+    std::filesystem::path logFile = folder / "Ostrelle.log";
+    std::filesystem::path backupFile = folder / "Ostrelle.1.log";
+    std::shared_ptr<testing::FakeLogClock> clock = std::make_shared<testing::FakeLogClock>();
+    LogWriter log{logFile, clock};
 };
 
-TEST_F(LogWriterTest, WritesStampLevelAndMessageOnOneLine) {
+// The entries wait in the writer while the clock moves on, and then go to a file moved to a folder
+// not made yet: each is one line, stamped when it was logged.
+TEST_F(LogWriterTest, WritesEachEntryAsOneLineStampedWhenLogged) {
+    const auto moved = folder / "Logs" / "Ostrelle" / "Ostrelle.log";
+    clock->hold();
+    log.error("before the move");
+    log.setFilePath(moved);
     clock->setUTCOffset(1h);
-    const SystemTime called = clock->now() + 589ms;
-    clock->set(called);
+    const SystemTime first = clock->now() + 589ms;
+    clock->set(first);
     log.error("touch source failed");
+    clock->advance(5s);
     log.warning("event tap disabled by the system");
     log.error("action failed: two\nlines and ünïcødé");  // no escaping of any kind
-    log.flush();
-
-    const std::string stamp = formatLogTimeStamp(called, 1h);
-    EXPECT_EQ(readText(logFile()), stamp + " ERROR touch source failed\n" + stamp +
-                                       " WARN event tap disabled by the system\n" + stamp +
-                                       " ERROR action failed: two\nlines and ünïcødé\n");
-    EXPECT_THAT(stamp, ::testing::MatchesRegex(R"(....-..-..T..:..:..\.589\+01:00)"));
-}
-
-TEST_F(LogWriterTest, StampsTheTimeOfTheCallNotOfTheWrite) {
-    log.error("first");
-    const SystemTime called = clock->now();
     clock->advance(5s);
+    clock->release();
     log.flush();
-    EXPECT_EQ(readText(logFile()), formatLogTimeStamp(called, 0s) + " ERROR first\n");
-}
-
-TEST_F(LogWriterTest, CreatesTheMissingFolderWithTheFirstEntry) {
-    ASSERT_FALSE(std::filesystem::exists(logFile().parent_path()));
-    log.warning("restarting touch input");
-    log.flush();
-    EXPECT_THAT(entries(), ElementsAre("WARN restarting touch input"));
-}
-
-TEST_F(LogWriterTest, AppendsToAnExistingFile) {
-    std::filesystem::create_directories(logFile().parent_path());
-    testing::writeText(logFile(), "earlier line\n");
-    log.error("later");
-    log.flush();
-    EXPECT_THAT(readLines(logFile()), ElementsAre("earlier line", ::testing::EndsWith(" ERROR later")));
+    EXPECT_THAT(entries(), ElementsAre("ERROR before the move"));
+    const std::string stamp = formatLogTimeStamp(first, 1h);
+    const std::string later = formatLogTimeStamp(first + 5s, 1h);
+    EXPECT_EQ(readText(moved), stamp + " ERROR touch source failed\n" + later +
+                                   " WARN event tap disabled by the system\n" + later +
+                                   " ERROR action failed: two\nlines and ünïcødé\n");
 }
 
 // Repeats are judged by text alone, against the entry just before only.
 TEST_F(LogWriterTest, SuppressesOnlyImmediateRepeats) {
     log.error("A");
     log.error("A");
-    log.flush();
-    EXPECT_THAT(entries(), ElementsAre("ERROR A"));
-
     log.error("B");
     log.error("A");
-    log.flush();
-    EXPECT_THAT(entries(), ElementsAre("ERROR A", "ERROR B", "ERROR A"));
-
     log.warning("A");
     log.error("C");
     log.warning("C");
@@ -98,25 +85,20 @@ TEST_F(LogWriterTest, SuppressesOnlyImmediateRepeats) {
 }
 
 TEST_F(LogWriterTest, ARepeatIsSkippedEvenWhenTheFirstWriteFailed) {
-    // A plain file where the folder should be: nothing can be written at all.
-    std::filesystem::create_directories(logFile().parent_path().parent_path());
-    testing::writeText(logFile().parent_path(), "in the way");
+    std::filesystem::create_directory(logFile);  // a folder where the file should be: nothing can be written
     log.error("lost");
     log.flush();
-    std::filesystem::remove(logFile().parent_path());
+    std::filesystem::remove(logFile);
     log.error("lost");
     log.error("kept");
     log.flush();
     EXPECT_THAT(entries(), ElementsAre("ERROR kept"));
 }
 
-TEST_F(LogWriterTest, AFreshWriterWritesTheSameMessageAgain) {
+TEST_F(LogWriterTest, AFreshWriterWritesTheSameMessageAgainAndWritesAllItHoldsBeforeItEnds) {
     log.error("touch source failed");
     log.flush();
-    {
-        LogWriter relaunched(logFile(), clock);
-        relaunched.error("touch source failed");
-    }  // the destructor writes what is still queued
+    LogWriter(logFile, clock).error("touch source failed");
     EXPECT_THAT(entries(), ElementsAre("ERROR touch source failed", "ERROR touch source failed"));
 }
 
@@ -126,31 +108,115 @@ TEST_F(LogWriterTest, KeepsTheOrderOfCallsFromManyThreads) {
     std::vector<std::thread> threads;
     for (int t = 0; t < threadCount; ++t) {
         threads.emplace_back([this, t] {
-            for (int i = 0; i < perThread; ++i) log.error(std::to_string(t) + ":" + std::to_string(i));
+            for (int i = 0; i < perThread; ++i) log.error(std::to_string(t * perThread + i));
         });
     }
     for (auto& thread : threads) thread.join();
     log.flush();
-
-    const auto lines = entries();
-    ASSERT_EQ(lines.size(), static_cast<std::size_t>(threadCount * perThread));
     std::vector<int> next(threadCount, 0);
-    for (const auto& line : lines) {
-        const auto colon = line.find(':');
-        const int t = std::stoi(line.substr(6, colon - 6));
-        EXPECT_EQ(std::stoi(line.substr(colon + 1)), next[static_cast<std::size_t>(t)]++) << line;
+    for (const auto& line : entries()) {
+        const int number = std::stoi(line.substr(6));  // after "ERROR "
+        EXPECT_EQ(number % perThread, next.at(static_cast<std::size_t>(number / perThread))++) << line;
+    }
+    EXPECT_EQ(next, std::vector<int>(threadCount, perThread));
+}
+
+// 512 KiB exactly stays; one byte more, and the file becomes the backup before the next line.
+TEST_F(LogWriterTest, AFileRollsOnlyOncePastTheSizeLimit) {
+    for (const std::size_t size : {524288u, 524289u}) {
+        const bool rolls = size > 524288u;
+        const std::string contents = std::string(size - 1, 'x') + "\n";
+        writeText(logFile, contents);
+        writeText(backupFile, "older backup\n");
+        log.error(std::to_string(size));
+        log.flush();
+        EXPECT_EQ(readText(backupFile), rolls ? contents : "older backup\n") << size;
+        EXPECT_EQ(readText(logFile).starts_with(contents), !rolls) << size;
+        EXPECT_THAT(readLines(logFile).back(), EndsWith(" ERROR " + std::to_string(size)));
     }
 }
 
-TEST_F(LogWriterTest, MovingTheFileKeepsEarlierEntriesInTheOldOne) {
-    const auto elsewhere = folder / "elsewhere" / "Other.log";
-    log.error("before");
-    log.setFilePath(elsewhere);
-    EXPECT_EQ(log.filePath(), elsewhere);
-    log.error("after");
+// Its age counts from its creation by the log's clock, however recently it was written; a prune
+// rolls it as the next entry would, without writing one.
+TEST_F(LogWriterTest, AFileRollsOnceCreatedMoreThanThirtyDaysAgo) {
+    log.error("first");
     log.flush();
-    EXPECT_THAT(entries(), ElementsAre("ERROR before"));
-    EXPECT_THAT(readLines(elsewhere), ElementsAre(::testing::EndsWith(" ERROR after")));
+    clock->advance(thirtyDays - 1h);
+    log.error("a month on");
+    log.prune();
+    log.flush();
+    EXPECT_FALSE(std::filesystem::exists(backupFile));
+    setModified(logFile, -2 * thirtyDays);  // written "just now" by the clock's reckoning
+    clock->advance(2h);
+    log.prune();
+    log.flush();
+    EXPECT_THAT(readLines(backupFile), ElementsAre(EndsWith(" ERROR first"), EndsWith(" ERROR a month on")));
+    EXPECT_FALSE(std::filesystem::exists(logFile));
+}
+
+TEST_F(LogWriterTest, ABackupIsDeletedOnlyWhenUntouchedForThirtyDays) {
+    writeText(backupFile, "old\n");
+    setModified(backupFile, thirtyDays - 1h);
+    log.error("now");
+    log.flush();
+    EXPECT_EQ(readText(backupFile), "old\n");
+    setModified(backupFile, thirtyDays + 1h);
+    log.error("later");
+    log.flush();
+    EXPECT_FALSE(std::filesystem::exists(backupFile));
+}
+
+// Where the file system keeps no birth time, the first line's stamp tells, unless it is later than
+// the last write; failing both, the last write does.
+TEST(LogCreationTime, IsTheBirthTimeOrTheFirstStampOrTheLastWrite) {
+    const SystemTime born = std::chrono::sys_days{std::chrono::January / 1 / 2026};
+    const SystemTime modified = std::chrono::sys_days{std::chrono::March / 1 / 2026};
+    const std::string firstLine = "2026-02-01T01:00:00.250+01:00 ERROR x\nmore";
+    EXPECT_EQ(creationTime(FileTimes{10, modified, born}, firstLine), born);
+    const FileTimes noBirth{10, modified, std::nullopt};
+    EXPECT_EQ(creationTime(noBirth, firstLine),
+              std::chrono::sys_days{std::chrono::February / 1 / 2026} + 250ms);
+    EXPECT_EQ(creationTime(noBirth, "not a log line\n"), modified);
+    EXPECT_EQ(creationTime(noBirth, "2026-04-01T00:00:00.000Z ERROR x\n"), modified);
+}
+
+// The process's shared log, pointed at a temporary folder and a still clock for one test.
+class SharedLogTest : public LogWriterTest {
+  protected:
+    SharedLogTest() : previousFile_(Log::fileURL()) {
+        Log::setFileURL(logFile);
+        Log::setClock(clock);
+    }
+    ~SharedLogTest() override {
+        Log::flush();
+        Log::setFileURL(previousFile_);
+        Log::setClock(std::make_shared<SystemLogClock>());
+    }
+
+  private:
+    std::filesystem::path previousFile_;
+};
+
+TEST_F(SharedLogTest, WritesThroughItsWriterAndTellsItsListenerEveryEntryUntilRemoved) {
+    clock->setUTCOffset(-5h);
+    std::vector<std::pair<Log::Level, std::string>> seen;
+    Log::setListener([&](Log::Level level, std::string_view message) { seen.emplace_back(level, message); });
+    Log::error("touch input restarted");
+    Log::warning("touch input restarted");  // a repeat in the file, still seen live
+    Log::setListener(nullptr);
+    Log::warning("not seen");
+    Log::flush();
+    EXPECT_THAT(seen, ElementsAre(std::pair{Log::Level::error, std::string("touch input restarted")},
+                                  std::pair{Log::Level::warning, std::string("touch input restarted")}));
+    const std::string stamp = formatLogTimeStamp(clock->now(), -5h);
+    EXPECT_THAT(readLines(logFile),
+                ElementsAre(stamp + " ERROR touch input restarted", stamp + " WARN not seen"));
+
+    // Prune rolls a file past the size limit through the same writer.
+    writeText(logFile, std::string(Log::maxFileSize + 1, 'x'));
+    Log::prune();
+    Log::flush();
+    EXPECT_TRUE(std::filesystem::exists(backupFile));
 }
 
 }  // namespace
