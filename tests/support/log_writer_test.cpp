@@ -125,7 +125,8 @@ TEST_F(LogWriterTest, KeepsTheOrderOfCallsFromManyThreads) {
 TEST_F(LogWriterTest, AFileRollsOnlyOncePastTheSizeLimit) {
     for (const std::size_t size : {524288u, 524289u}) {
         const bool rolls = size > 524288u;
-        const std::string contents = std::string(size - 1, 'x') + "\n";
+        std::string contents(size, 'x');
+        contents.back() = '\n';
         writeText(logFile, contents);
         writeText(backupFile, "older backup\n");
         log.error(std::to_string(size));
