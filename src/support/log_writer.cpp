@@ -38,19 +38,24 @@ void LogWriter::prune() {
 }
 
 void LogWriter::flush() {
-    if (std::this_thread::get_id() == thread_.get_id())
-        contractViolation("log flushed from its own writer thread");
-    std::unique_lock lock(mutex_);
-    const std::uint64_t target = posted_;
-    drained_.wait(lock, [&] { return done_ >= target; });
+    flushWithin(std::nullopt);
 }
 
 bool LogWriter::flush(std::chrono::milliseconds limit) {
+    return flushWithin(limit);
+}
+
+bool LogWriter::flushWithin(std::optional<std::chrono::milliseconds> limit) {
     if (std::this_thread::get_id() == thread_.get_id())
         contractViolation("log flushed from its own writer thread");
     std::unique_lock lock(mutex_);
     const std::uint64_t target = posted_;
-    return drained_.wait_for(lock, limit, [&] { return done_ >= target; });
+    const auto drained = [&] { return done_ >= target; };
+    if (!limit) {
+        drained_.wait(lock, drained);
+        return true;
+    }
+    return drained_.wait_for(lock, *limit, drained);
 }
 
 void LogWriter::setFilePath(std::filesystem::path file) {

@@ -50,6 +50,8 @@ class LogWriter {
     void setClock(std::shared_ptr<const LogClock> clock);
 
   private:
+    // Waits for what is queued now, for ever or at most `limit`; true when it was all written.
+    bool flushWithin(std::optional<std::chrono::milliseconds> limit);
     struct Task {
         enum class Kind { append, prune, moveTo };
         Kind kind = Kind::append;
