@@ -8,6 +8,7 @@ packages=(
   clang libclang-rt-14-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libfmt-dev nlohmann-json3-dev uuid-dev libutf8proc-dev
+  libevdev-dev libmtdev-dev libudev-dev libsystemd-dev
   clang-format clang-tidy
 )
 
