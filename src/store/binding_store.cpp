@@ -7,6 +7,7 @@
 #include "gestures/gesture_catalog.h"
 #include "store/bindings_file.h"
 #include "support/atomic_file.h"
+#include "support/file_lock.h"
 
 namespace ostrelle {
 namespace {
@@ -68,7 +69,30 @@ std::filesystem::path BindingStore::sideFile(const std::string& kind) const {
     return fileURL_.parent_path() / (name.string() + "." + kind + "-" + std::to_string(seconds) + ".json");
 }
 
+std::vector<GestureBinding> BindingStore::usable(std::vector<GestureBinding> decoded) const {
+    std::vector<GestureBinding> kept;
+    for (GestureBinding& binding : decoded) {
+        if (!keeps(binding)) continue;
+        std::optional<ActionRef> migrated = ActionCatalog::migrated(binding.action);
+        if (!migrated) continue;
+        binding.action = std::move(*migrated);
+        kept.push_back(std::move(binding));
+    }
+    return kept;
+}
+
+std::optional<std::filesystem::path> BindingStore::setAside() const {
+    const std::filesystem::path aside = sideFile("corrupt");
+    std::error_code failed;
+    std::filesystem::rename(fileURL_, aside, failed);
+    if (failed) return std::nullopt;
+    return aside;
+}
+
 void BindingStore::loadFile(bool launchedBefore) {
+    const FolderLock lock(fileURL_.parent_path());
+    // Under the lock no writer is halfway, so any temporary file is a killed writer's.
+    removeAbandonedTemporaries(fileURL_);
     const FileReadResult read = readWholeFile(fileURL_);
     const double now = referenceDateSeconds(clock_());
     if (read.status == FileReadResult::Status::missing) {
@@ -85,44 +109,65 @@ void BindingStore::loadFile(bool launchedBefore) {
     } catch (const BindingsFileError& error) {
         load_.outcome = BindingStoreLoad::Outcome::setAside;
         load_.problem = error.what();
-        const std::filesystem::path aside = sideFile("corrupt");
-        std::error_code failed;
-        std::filesystem::rename(fileURL_, aside, failed);
-        if (!failed) load_.setAside = aside;
+        load_.setAside = setAside();
         bindings_ = launchedBefore ? legacySeed(now) : seed(now);
         persist();
         return;
     }
 
-    std::vector<GestureBinding> kept;
-    for (GestureBinding& binding : decoded) {
-        if (!keeps(binding)) continue;
-        std::optional<ActionRef> migrated = ActionCatalog::migrated(binding.action);
-        if (!migrated) continue;
-        binding.action = std::move(*migrated);
-        kept.push_back(std::move(binding));
-    }
-    if (kept.size() < decoded.size()) {
-        load_.dropped = decoded.size() - kept.size();
+    const std::size_t decodedCount = decoded.size();
+    bindings_ = usable(std::move(decoded));
+    if (bindings_.size() < decodedCount) {
+        load_.dropped = decodedCount - bindings_.size();
         const std::filesystem::path backup = sideFile("before-migration");
         std::error_code failed;
         std::filesystem::copy_file(fileURL_, backup, std::filesystem::copy_options::overwrite_existing,
                                    failed);
         if (!failed) load_.backup = backup;
     }
-    bindings_ = std::move(kept);
     // Always written back, so old records and ids are normalized on disk at every start.
     persist();
 }
 
-void BindingStore::persist() const {
+void BindingStore::persist() {
     // A failed write is not reported: the list in memory stays the truth and the next change retries.
-    (void)writeFileAtomically(fileURL_, encodeBindingsFile(bindings_));
+    std::string bytes = encodeBindingsFile(bindings_);
+    if (!writeFileAtomically(fileURL_, bytes)) seenBytes_ = std::move(bytes);
 }
 
 void BindingStore::setBindings(std::vector<GestureBinding> bindings) {
     bindings_ = std::move(bindings);
     observers.notify();
+}
+
+void BindingStore::adopt(std::string bytes, std::vector<GestureBinding> decoded) {
+    seenBytes_ = std::move(bytes);
+    setBindings(usable(std::move(decoded)));
+}
+
+bool BindingStore::refresh() {
+    FileReadResult read = readWholeFile(fileURL_);
+    if (read.status != FileReadResult::Status::ok || read.bytes == seenBytes_) return false;
+    try {
+        std::vector<GestureBinding> decoded = decodeBindingsFile(read.bytes);
+        adopt(std::move(read.bytes), std::move(decoded));
+        return true;
+    } catch (const BindingsFileError&) {
+        return false;  // perhaps still being edited by hand; the next change sets it aside
+    }
+}
+
+void BindingStore::catchUpWithFile() {
+    FileReadResult read = readWholeFile(fileURL_);
+    if (read.status == FileReadResult::Status::missing || read.bytes == seenBytes_) return;
+    try {
+        if (read.status == FileReadResult::Status::unreadable) throw BindingsFileError(read.error);
+        std::vector<GestureBinding> decoded = decodeBindingsFile(read.bytes);
+        adopt(std::move(read.bytes), std::move(decoded));
+    } catch (const BindingsFileError&) {
+        // Kept, as at start, rather than overwritten unseen.
+        (void)setAside();
+    }
 }
 
 const GestureBinding* BindingStore::bindingFor(const Gesture& gesture) const {
@@ -138,6 +183,8 @@ bool BindingStore::isInUse(const Gesture& gesture, const std::optional<std::stri
 }
 
 bool BindingStore::save(const GestureBinding& binding) {
+    const FolderLock lock(fileURL_.parent_path());
+    catchUpWithFile();
     if (isInUse(binding.gesture, binding.id)) return false;
     std::vector<GestureBinding> updated = bindings_;
     const auto it = std::find_if(updated.begin(), updated.end(),
@@ -153,6 +200,8 @@ bool BindingStore::save(const GestureBinding& binding) {
 }
 
 void BindingStore::remove(const std::string& id) {
+    const FolderLock lock(fileURL_.parent_path());
+    catchUpWithFile();
     std::vector<GestureBinding> updated = bindings_;
     std::erase_if(updated, [&](const GestureBinding& b) { return b.id == id; });
     setBindings(std::move(updated));

@@ -21,8 +21,10 @@ struct BindingStoreLoad {
     std::string problem;                            // why the file could not be read
 };
 
-// The user's bindings, loaded once at start and written back in full after every change.
-// The in-memory list is the truth; the file is a copy. Used from one thread.
+// The user's bindings, loaded at start and written back in full after every change. Several
+// processes may share the file (the service, the command line, the application): every
+// read-modify-write holds the folder's lock and starts from what the file holds then, so no
+// process overwrites a change it has not seen. Used from one thread.
 class BindingStore {
   public:
     struct FingerGroup {
@@ -44,6 +46,9 @@ class BindingStore {
     bool save(const GestureBinding& binding);
     // Removes every binding with that id; writes the file even when none was removed.
     void remove(const std::string& id);
+    // Takes up a change another process made to the file; true when the list changed. A file
+    // that is missing or cannot be read now is left for the next change to deal with.
+    bool refresh();
 
     std::vector<Gesture> customGestures() const;
     std::string nextCustomName() const;
@@ -58,13 +63,21 @@ class BindingStore {
   private:
     void loadFile(bool launchedBefore);
     void setBindings(std::vector<GestureBinding> bindings);
-    void persist() const;
+    void persist();
     std::filesystem::path sideFile(const std::string& kind) const;
+    // The decoded bindings the store can use, with current action ids.
+    std::vector<GestureBinding> usable(std::vector<GestureBinding> decoded) const;
+    // Moves an unreadable file aside as "<name>.corrupt-<seconds>.json"; where it went.
+    std::optional<std::filesystem::path> setAside() const;
+    void adopt(std::string bytes, std::vector<GestureBinding> decoded);
+    // Before a change (under the lock): start from what the file holds now.
+    void catchUpWithFile();
 
     std::filesystem::path fileURL_;
     WallClock clock_;
     std::vector<GestureBinding> bindings_;
     BindingStoreLoad load_;
+    std::optional<std::string> seenBytes_;  // what the file held when this store last read or wrote it
 };
 
 }  // namespace ostrelle

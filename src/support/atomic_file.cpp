@@ -17,12 +17,17 @@ std::string describe(const std::string& what, int error) {
     return what + ": " + std::strerror(error);
 }
 
+// A temporary file for `target` is ".<name>.XXXXXX" beside it, as mkstemp fills it in.
+std::string temporaryPrefix(const std::filesystem::path& target) {
+    return "." + target.filename().string() + ".";
+}
+constexpr std::size_t temporarySuffixLength = 6;
+
 // Closes the descriptor and removes the temporary file unless the rename took it over.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::filesystem::path& target) {
-        std::string hidden(".");
-        hidden.append(target.filename().string()).append(".XXXXXX");
+        const std::string hidden = temporaryPrefix(target) + std::string(temporarySuffixLength, 'X');
         const std::string pattern = (target.parent_path() / hidden).string();
         name_.assign(pattern.begin(), pattern.end());
         name_.push_back('\0');
@@ -89,6 +94,19 @@ std::optional<std::string> writeFileAtomically(const std::filesystem::path& path
     temporary.committed();
     syncFolder(folder);
     return std::nullopt;
+}
+
+void removeAbandonedTemporaries(const std::filesystem::path& path) {
+    const std::string prefix = temporaryPrefix(path);
+    const std::filesystem::path folder = path.parent_path().empty() ? "." : path.parent_path();
+    std::error_code ec;
+    for (std::filesystem::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string name = it->path().filename().string();
+        if (name.size() == prefix.size() + temporarySuffixLength && name.starts_with(prefix)) {
+            std::error_code ignored;
+            std::filesystem::remove(it->path(), ignored);
+        }
+    }
 }
 
 // Read with the file's size known up front: one buffer, no stream copies, as a start reads a

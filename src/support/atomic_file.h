@@ -13,6 +13,10 @@ namespace ostrelle {
 // Missing parent folders are created. Returns a description of the failure, or nothing on success.
 std::optional<std::string> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
 
+// Removes the temporary files that writers of `path` killed halfway left behind. Only safe
+// while no other writer of `path` can be halfway (hold its folder's lock).
+void removeAbandonedTemporaries(const std::filesystem::path& path);
+
 // Reads a whole file. Distinguishes a missing file from one that cannot be read.
 struct FileReadResult {
     enum class Status { ok, missing, unreadable };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <future>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <string>
@@ -174,6 +175,35 @@ TEST(BindCommand, AddsABindingUntilUnbindRemovesItAndRefusesTakenOrFreeGesturesW
     const CLIResult typo = store.run({"unbind", "4.tapp"});
     EXPECT_EQ(typo.status, 2);
     EXPECT_TRUE(typo.err.starts_with(R"(error: unknown gesture "4.tapp" (closest: 4.tap, )")) << typo.err;
+}
+
+TEST(BindCommand, TwentyAtOnceKeepEveryBinding) {
+    const StoreCLI store;
+    ASSERT_EQ(store.run({"bindings"}).status, 0);  // the four defaults
+    std::vector<std::string> free;
+    for (const std::string& text : testing::runCLI({"gestures"}).outLines()) {
+        const auto line = nlohmann::json::parse(text);
+        const std::string id = line["id"].get<std::string>();
+        const auto stored = store.stored();
+        if (line["enabled"].get<bool>() &&
+            std::none_of(stored.begin(), stored.end(), [&](const auto& b) { return b.gesture.id == id; }))
+            free.push_back(id);
+    }
+    constexpr std::size_t writers = 20;
+    ASSERT_GE(free.size(), writers);
+    free.resize(writers);
+
+    std::vector<std::future<CLIResult>> runs;
+    for (const std::string& gesture : free)
+        runs.push_back(std::async(std::launch::async, [&store, gesture] {
+            return store.run({"bind", gesture, "system/mission"});
+        }));
+    for (auto& run : runs) EXPECT_EQ(run.get().status, 0);
+    std::vector<std::string> kept;
+    for (const GestureBinding& binding : store.stored()) kept.push_back(binding.gesture.id);
+    for (const std::string& gesture : free)
+        EXPECT_NE(std::find(kept.begin(), kept.end(), gesture), kept.end()) << gesture;
+    EXPECT_EQ(kept.size(), writers + 4);
 }
 
 }  // namespace
