@@ -39,10 +39,11 @@ EngineLines::EngineLines(GestureEngine& engine, DryRunSystemPort& system, Clock 
         line["run"] = action.appID + "/" + action.optionID;
         printLine(line);
     };
-    detections_ = engine.observers.add([&engine, timed, shown = std::optional<std::string>()]() mutable {
-        const auto& detection = engine.lastDetection();
-        if (!detection || detection->id == shown) return;
-        shown = detection->id;
+    // The state lives here: the observer list calls copies of its observers.
+    detections_ = engine.observers.add([this, timed] {
+        const auto& detection = engine_.lastDetection();
+        if (!detection || detection->id == shownDetection_) return;
+        shownDetection_ = detection->id;
         Line line = timed();
         line["detection"] = detection->gesture.id;
         printLine(line);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "actions/dry_run_system_port.h"
 #include "engine/gesture_engine.h"
@@ -26,6 +28,7 @@ class EngineLines {
     DryRunSystemPort& system_;
     Clock now_;
     ObserverList::Token detections_ = 0;
+    std::optional<std::string> shownDetection_;
 };
 
 }  // namespace ostrelle::cli
