@@ -171,7 +171,6 @@ void EpollMainQueue::dispatch(int fd) {
 
 void EpollMainQueue::run() {
     loopThread_ = std::this_thread::get_id();
-    quit_ = false;
     std::array<epoll_event, eventsPerWait> events{};
     while (!quit_) {
         runDue();
@@ -187,6 +186,8 @@ void EpollMainQueue::run() {
         for (int i = 0; i < count && !quit_; ++i) dispatch(events[static_cast<std::size_t>(i)].data.fd);
     }
     loopThread_ = std::thread::id{};
+    // A quit asked for before run() still ends it at once; the next run() starts afresh.
+    quit_ = false;
 }
 
 }  // namespace ostrelle

@@ -41,7 +41,7 @@ class EpollMainQueue final : public MainQueue {
 
     // Runs tasks and watchers until quit() or, after quitWhenIdle(), until nothing is scheduled.
     void run();
-    // Any thread; run() returns after the task or watcher now running.
+    // Any thread; run() returns after the task or watcher now running, or at once if not yet running.
     void quit();
     // run() returns once no task is scheduled any more (watched descriptors do not count).
     void quitWhenIdle();
