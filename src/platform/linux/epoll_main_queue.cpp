@@ -2,7 +2,6 @@
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
-#include <sys/timerfd.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -25,9 +24,11 @@ constexpr std::size_t eventsPerWait = 16;
 timespec toTimespec(double seconds) {
     timespec value{};
     value.tv_sec = static_cast<time_t>(std::floor(seconds));
-    value.tv_nsec = static_cast<long>((seconds - std::floor(seconds)) * 1e9);
-    // A due time of exactly zero would disarm the timer; it is long past anyway.
-    if (value.tv_sec == 0 && value.tv_nsec == 0) value.tv_nsec = 1;
+    value.tv_nsec = static_cast<long>(std::ceil((seconds - std::floor(seconds)) * 1e9));
+    if (value.tv_nsec >= 1000000000) {
+        ++value.tv_sec;
+        value.tv_nsec = 0;
+    }
     return value;
 }
 
@@ -44,18 +45,14 @@ EpollMainQueue::EpollMainQueue() {
     if (epoll_ < 0) fail("epoll_create1");
     wakeFd_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (wakeFd_ < 0) fail("eventfd");
-    timerFd_ = ::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
-    if (timerFd_ < 0) fail("timerfd_create");
-    for (const int fd : {wakeFd_, timerFd_}) {
-        epoll_event event{};
-        event.events = EPOLLIN;
-        event.data.fd = fd;
-        if (::epoll_ctl(epoll_, EPOLL_CTL_ADD, fd, &event) != 0) fail("epoll_ctl");
-    }
+    epoll_event event{};
+    event.events = EPOLLIN;
+    event.data.fd = wakeFd_;
+    if (::epoll_ctl(epoll_, EPOLL_CTL_ADD, wakeFd_, &event) != 0) fail("epoll_ctl");
 }
 
 EpollMainQueue::~EpollMainQueue() {
-    for (const int fd : {timerFd_, wakeFd_, epoll_})
+    for (const int fd : {wakeFd_, epoll_})
         if (fd >= 0) ::close(fd);
 }
 
@@ -138,30 +135,32 @@ void EpollMainQueue::runDue() {
     }
 }
 
-bool EpollMainQueue::armTimer() {
-    double due = -1;
-    {
-        const std::lock_guard lock(mutex_);
-        // Cancelled tasks at the front would only wake the loop for nothing.
-        while (!tasks_.empty() && *tasks_.top().cancelled) tasks_.pop();
-        if (!tasks_.empty()) due = tasks_.top().due;
+std::optional<double> EpollMainQueue::nextDue() {
+    const std::lock_guard lock(mutex_);
+    // Cancelled tasks at the front would only wake the loop for nothing.
+    while (!tasks_.empty() && *tasks_.top().cancelled) tasks_.pop();
+    if (tasks_.empty()) return std::nullopt;
+    return tasks_.top().due;
+}
+
+int EpollMainQueue::wait(std::span<epoll_event> events, std::optional<double> due) {
+    const int capacity = static_cast<int>(events.size());
+    if (!due) return ::epoll_wait(epoll_, events.data(), capacity, -1);
+    const double left = std::max(0.0, *due - now());
+    // One call per wake-up, with a time-out as fine as the clock's; a kernel older than 5.11
+    // lacks it and gets whole milliseconds, rounded up so that nothing runs early.
+    if (!coarseTimeouts_) {
+        const timespec timeout = toTimespec(left);
+        const int count = ::epoll_pwait2(epoll_, events.data(), capacity, &timeout, nullptr);
+        if (count >= 0 || errno != ENOSYS) return count;
+        coarseTimeouts_ = true;
     }
-    if (due >= 0 && due <= now()) return true;
-    if (due != armedFor_) {
-        itimerspec setting{};
-        if (due >= 0) setting.it_value = toTimespec(due);
-        ::timerfd_settime(timerFd_, TFD_TIMER_ABSTIME, &setting, nullptr);
-        armedFor_ = due;
-    }
-    return false;
+    return ::epoll_wait(epoll_, events.data(), capacity, static_cast<int>(std::ceil(left * 1000)));
 }
 
 void EpollMainQueue::dispatch(int fd) {
     if (fd == wakeFd_) {
         drain(wakeFd_);
-    } else if (fd == timerFd_) {
-        drain(timerFd_);
-        armedFor_ = -1;  // a timerfd without an interval disarms itself once it fires
     } else if (const auto found = watchers_.find(fd); found != watchers_.end()) {
         // Held here so that a watcher may unwatch itself.
         const std::shared_ptr<Watcher> watcher = found->second;
@@ -175,10 +174,9 @@ void EpollMainQueue::run() {
     while (!quit_) {
         runDue();
         if (quit_) break;
-        const bool dueNow = armTimer();
-        if (!dueNow && quitWhenIdle_ && pendingCount() == 0) break;
-        const int count =
-            ::epoll_wait(epoll_, events.data(), static_cast<int>(events.size()), dueNow ? 0 : -1);
+        const auto due = nextDue();
+        if (!due && quitWhenIdle_) break;
+        const int count = wait(events, due);
         if (count < 0) {
             if (errno == EINTR) continue;
             fail("epoll_wait");

@@ -6,18 +6,22 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <queue>
+#include <span>
 #include <thread>
 #include <vector>
 
 #include "support/main_queue.h"
 
+struct epoll_event;
+
 namespace ostrelle {
 
 // The service's main queue: one epoll set holding an eventfd (posts from other threads and
-// quit), a timerfd armed for the earliest scheduled task, and the file descriptors the service
-// reads (devices, signals, sockets, D-Bus). With nothing due it blocks without a time-out, so
-// an idle service is never woken. Tasks run on the thread that calls run().
+// quit) and the file descriptors the service reads (devices, signals, sockets, D-Bus), waited on
+// with a time-out until the earliest scheduled task. With nothing scheduled it blocks without a
+// time-out, so an idle service is never woken. Tasks run on the thread that calls run().
 class EpollMainQueue final : public MainQueue {
   public:
     using Watcher = std::function<void()>;
@@ -63,17 +67,17 @@ class EpollMainQueue final : public MainQueue {
 
     void wake();
     void runDue();
-    // Arms the timer for the earliest live task; true when one is due already.
-    bool armTimer();
+    // The due time of the earliest task neither run nor cancelled.
+    std::optional<double> nextDue();
+    int wait(std::span<epoll_event> events, std::optional<double> due);
     void dispatch(int fd);
 
     int epoll_ = -1;
     int wakeFd_ = -1;
-    int timerFd_ = -1;
     std::mutex mutex_;  // guards tasks_ and nextOrder_
     std::priority_queue<Scheduled, std::vector<Scheduled>, Later> tasks_;
     std::uint64_t nextOrder_ = 0;
-    double armedFor_ = -1;  // the due time the timer is set to; negative when disarmed
+    bool coarseTimeouts_ = false;  // the kernel has no epoll_pwait2
     std::map<int, std::shared_ptr<Watcher>> watchers_;
     std::atomic<bool> quit_ = false;
     std::atomic<bool> quitWhenIdle_ = false;
