@@ -5,10 +5,13 @@
 namespace ostrelle::cli {
 
 std::span<const Command> commands() {
-    // New subcommands (record, run) join this table.
-    static const std::array table{
-        replayCommand(),   gesturesCommand(), describeCommand(), actionsCommand(),
-        bindingsCommand(), bindCommand(),     unbindCommand(),
+    // New subcommands (record) join this table.
+    static const std::array table {
+        replayCommand(), gesturesCommand(), describeCommand(), actionsCommand(), bindingsCommand(),
+            bindCommand(), unbindCommand(),
+#if defined(OSTRELLE_SERVICE)
+            runCommand(), toggleCommand(), statusCommand(), settingsCommand(),
+#endif
     };
     return table;
 }

@@ -12,5 +12,15 @@ const Command& actionsCommand();
 const Command& bindingsCommand();
 const Command& bindCommand();
 const Command& unbindCommand();
+// The background service and the commands that reach it (Linux).
+const Command& runCommand();
+const Command& toggleCommand();
+const Command& statusCommand();
+const Command& settingsCommand();
+
+// The service stops on SIGTERM and SIGINT by itself, through its event loop.
+inline bool handlesTerminationSignals(std::string_view command) {
+    return command == "run";
+}
 
 }  // namespace ostrelle::cli

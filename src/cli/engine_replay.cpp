@@ -6,8 +6,8 @@
 #include <variant>
 
 #include "actions/dry_run_system_port.h"
-#include "actions/recorded_event.h"
 #include "cli/commands.h"
+#include "cli/engine_lines.h"
 #include "cli/output.h"
 #include "cli/recording_loop.h"
 #include "engine/gesture_engine.h"
@@ -24,32 +24,20 @@ namespace {
 namespace fs = std::filesystem;
 using Line = nlohmann::ordered_json;
 
-// Points the process-wide sinks (recognizer trace, log) at this replay only while it runs.
-class ReplaySinks {
+// Points the recognizer's process-wide trace at this replay only while it runs.
+class TraceLines {
   public:
-    ReplaySinks(const VirtualClockQueue& queue, bool trace) {
-        if (trace) {
-            GestureRecognizer::trace = [&queue](const std::string& text) {
-                Line line = Line::object();
-                line["t"] = queue.now();
-                line["trace"] = text;
-                printLine(line);
-            };
-        }
-        Log::setListener([&queue](Log::Level level, std::string_view message) {
+    explicit TraceLines(const VirtualClockQueue& queue) {
+        GestureRecognizer::trace = [&queue](const std::string& text) {
             Line line = Line::object();
             line["t"] = queue.now();
-            line["log"] = level == Log::Level::error ? "ERROR" : "WARN";
-            line["message"] = std::string(message);
+            line["trace"] = text;
             printLine(line);
-        });
+        };
     }
-    ~ReplaySinks() {
-        GestureRecognizer::trace = nullptr;
-        Log::setListener(nullptr);
-    }
-    ReplaySinks(const ReplaySinks&) = delete;
-    ReplaySinks& operator=(const ReplaySinks&) = delete;
+    ~TraceLines() { GestureRecognizer::trace = nullptr; }
+    TraceLines(const TraceLines&) = delete;
+    TraceLines& operator=(const TraceLines&) = delete;
 };
 
 void applySetting(Settings& settings, const std::string& key, const std::string& value) {
@@ -82,42 +70,16 @@ int replayThroughEngine(std::istream& input, const std::string& name, const Engi
     BindingStore store(copy, settings.boolValue(settings_keys::launchedBefore).value_or(false));
 
     VirtualClockQueue queue;
-    ReplaySinks sinks(queue, options.trace);
+    std::optional<TraceLines> trace;
+    if (options.trace) trace.emplace(queue);
     DryRunSystemPort system;
     system.trusted = !options.untrusted;
     if (options.frontApp) system.setFrontmost(*options.frontApp);
-    system.onRecord = [&queue](const RecordedEvent& event) {
-        Line line = Line::object();
-        line["t"] = queue.now();
-        line["event"] = toJSON(event);
-        printLine(line);
-    };
     ReplayTouchSource source;
     InertHotKeyRegistrar hotKeys;
 
     GestureEngine engine({store, source, system, queue, settings, hotKeys});
-    engine.hooks.recognized = [&queue](const Gesture& gesture) {
-        Line line = Line::object();
-        line["t"] = queue.now();
-        line["gesture"] = gesture.id;
-        printLine(line);
-    };
-    engine.hooks.run = [&queue](const ActionRef& action) {
-        Line line = Line::object();
-        line["t"] = queue.now();
-        line["run"] = action.appID + "/" + action.optionID;
-        printLine(line);
-    };
-    std::optional<std::string> shownDetection;
-    engine.observers.add([&] {
-        const auto& detection = engine.lastDetection();
-        if (!detection || detection->id == shownDetection) return;
-        shownDetection = detection->id;
-        Line line = Line::object();
-        line["t"] = queue.now();
-        line["detection"] = detection->gesture.id;
-        printLine(line);
-    });
+    const EngineLines lines(engine, system, [&queue] { return queue.now(); });
     if (options.capture) engine.setCapturing(true);
 
     const int status = forEachRecordedEvent(input, name, [&](const RecordingEvent& event) {

@@ -4,12 +4,17 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -107,6 +112,88 @@ CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& i
     ::waitpid(pid, &wait, 0);
     result.status = WIFEXITED(wait) ? WEXITSTATUS(wait) : -1;
     result.signal = WIFSIGNALED(wait) ? WTERMSIG(wait) : 0;
+    return result;
+}
+
+BackgroundCLI::BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home) {
+    static int started = 0;
+    const std::string stem = (home.temporaryFolder() / ("background-" + std::to_string(++started))).string();
+    outFile_ = stem + ".out";
+    errFile_ = stem + ".err";
+    const std::string notifyPath = stem + ".notify";
+    notify_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, notifyPath.c_str(), sizeof address.sun_path - 1);
+    if (notify_ < 0 || ::bind(notify_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        throw std::runtime_error("cannot make the notify socket " + notifyPath);
+
+    std::vector<std::string> argv{OSTRELLE_CLI_PATH};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> environment = environmentFor(home);
+    environment.push_back("NOTIFY_SOCKET=" + notifyPath);
+    const std::vector<char*> argp = pointersTo(argv);
+    const std::vector<char*> envp = pointersTo(environment);
+    const int out = ::open(outFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const int err = ::open(errFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        ::dup2(in, STDIN_FILENO);
+        ::dup2(out, STDOUT_FILENO);
+        ::dup2(err, STDERR_FILENO);
+        sigset_t none;
+        sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
+        for (const int number : {SIGPIPE, SIGINT, SIGTERM}) ::signal(number, SIG_DFL);
+        ::execve(argp[0], argp.data(), envp.data());
+        ::_exit(127);
+    }
+    for (const int fd : {in, out, err}) ::close(fd);
+    if (pid_ < 0) throw std::runtime_error("cannot start " OSTRELLE_CLI_PATH);
+}
+
+BackgroundCLI::~BackgroundCLI() {
+    if (pid_ > 0) {
+        ::kill(pid_, SIGKILL);
+        ::waitpid(pid_, nullptr, 0);
+    }
+    if (notify_ >= 0) ::close(notify_);
+}
+
+bool BackgroundCLI::waitUntilReady() {
+    const auto deadline = std::chrono::steady_clock::now() + cliTimeLimit;
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+        pollfd wait{notify_, POLLIN, 0};
+        if (left <= 0 || ::poll(&wait, 1, static_cast<int>(left)) == 0) return false;
+        std::array<char, 512> message{};
+        const ssize_t count = ::recv(notify_, message.data(), message.size() - 1, 0);
+        if (count > 0 && std::string(message.data()).find("READY=1") != std::string::npos) return true;
+    }
+}
+
+CLIResult BackgroundCLI::finish(int signal) {
+    CLIResult result;
+    if (pid_ <= 0) return result;
+    if (signal != 0) ::kill(pid_, signal);
+    // The pidfd becomes readable when the process ends: an event to wait for, with a limit.
+    const int pidfd = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
+    pollfd ending{pidfd, POLLIN, 0};
+    const int limit = static_cast<int>(std::chrono::milliseconds(cliTimeLimit).count());
+    int wait = 0;
+    if (pidfd < 0 || ::poll(&ending, 1, limit) != 1) {
+        ADD_FAILURE() << "ostrelle-cli still running after " << cliTimeLimit.count() << " s; killed";
+        ::kill(pid_, SIGKILL);
+    }
+    if (pidfd >= 0) ::close(pidfd);
+    ::waitpid(pid_, &wait, 0);
+    pid_ = -1;
+    result.status = WIFEXITED(wait) ? WEXITSTATUS(wait) : -1;
+    result.signal = WIFSIGNALED(wait) ? WTERMSIG(wait) : 0;
+    result.out = readText(outFile_);
+    result.err = readText(errFile_);
     return result;
 }
 

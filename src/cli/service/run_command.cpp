@@ -1,0 +1,154 @@
+#include <fmt/format.h>
+#include <signal.h>
+#include <systemd/sd-daemon.h>
+
+#include <cmath>
+#include <memory>
+#include <optional>
+#include <variant>
+
+#include "actions/dry_run_system_port.h"
+#include "cli/argument_parser.h"
+#include "cli/commands.h"
+#include "cli/engine_lines.h"
+#include "cli/output.h"
+#include "cli/service/pending_hookups.h"
+#include "cli/service/recording_playback.h"
+#include "cli/service/service.h"
+#include "cli/store_session.h"
+#include "engine/inert_hot_key_registrar.h"
+#include "platform/linux/folder_watch.h"
+#include "platform/linux/instance_socket.h"
+#include "platform/linux/signal_watch.h"
+#include "platform/linux/wake_watch.h"
+#include "support/log.h"
+
+namespace ostrelle::cli {
+namespace {
+
+constexpr std::string_view replayOption = "--replay";
+constexpr std::string_view dryRunFlag = "--dry-run";
+constexpr std::string_view bindingsOption = "--bindings";
+constexpr double linesResolution = 0.001;  // seconds: the dry run's times, to the millisecond
+
+// Where touches come from: the touchpad, or a recording played in real time.
+struct TouchInput {
+    std::unique_ptr<TouchSource> source;
+    RecordingPlayback* playback = nullptr;  // the same object, when it is a recording
+};
+
+int serve(const ParsedArguments& parsed) {
+    EpollMainQueue queue;
+    // First, while this is the only thread: every thread started later leaves the signals to it.
+    const SignalWatch signals(queue, {SIGTERM, SIGINT}, [&queue](int) { queue.quit(); });
+
+    const EnvironmentLookup environment = processEnvironment();
+    const auto folder = instanceFolder(environment);
+    if (const auto* problem = std::get_if<std::string>(&folder)) {
+        printError(*problem);
+        return exitRefused;
+    }
+    // Filled in once the service exists; a request that comes before waits in the socket.
+    std::function<std::string(const std::string&)> answer;
+    auto taken = InstanceServer::takeOver(queue, std::get<std::filesystem::path>(folder),
+                                          [&answer](const std::string& request) { return answer(request); });
+    if (const auto* problem = std::get_if<std::string>(&taken)) {
+        printError(*problem);
+        return exitRefused;
+    }
+    const auto instance = std::move(std::get<std::unique_ptr<InstanceServer>>(taken));
+
+    Log::prune();
+    SettingsFile settings(defaultSettingsPath(environment));
+    const auto bindingsPath =
+        parsed.value(bindingsOption).value_or(defaultBindingsPath(environment, PathConvention::xdg).string());
+    const auto store =
+        openStore(bindingsPath, settings.boolValue(settings_keys::launchedBefore).value_or(false));
+
+    int status = exitSuccess;
+    TouchInput input;
+    if (const auto file = parsed.value(replayOption)) {
+        auto opened = openRecording(*file);
+        if (const auto* problem = std::get_if<std::string>(&opened)) {
+            printError(*problem);
+            return exitBadInput;
+        }
+        auto playback =
+            std::make_unique<RecordingPlayback>(queue, std::move(std::get<NextRecordedEvent>(opened)),
+                                                [&queue, &status](const std::optional<std::string>& error) {
+                                                    if (error) {
+                                                        printError(*error);
+                                                        status = exitBadInput;
+                                                        queue.quit();
+                                                    } else {
+                                                        // What the last gestures set off (a tap's wait, an
+                                                        // action's steps) still happens.
+                                                        queue.quitWhenIdle();
+                                                    }
+                                                });
+        input.playback = playback.get();
+        input.source = std::move(playback);
+    } else {
+        input.source = makeTouchpadSource(queue);
+    }
+
+    DryRunSystemPort system;
+    InertHotKeyRegistrar hotKeys;
+    Service service({queue, *input.source, system, settings, *store, hotKeys});
+    answer = [&service](const std::string& request) { return service.answer(request); };
+    std::optional<EngineLines> lines;
+    if (parsed.has(dryRunFlag)) {
+        lines.emplace(service.engine(), system, [&queue, playback = input.playback] {
+            const double time = playback ? playback->recordingTime() : queue.now();
+            return std::round(time / linesResolution) * linesResolution;
+        });
+    }
+
+    // The dry run's memory of effects would grow for as long as the service runs.
+    system.onRecord = [&system, show = std::move(system.onRecord)](const RecordedEvent& event) {
+        if (show) show(event);
+        system.clearRecorded();
+    };
+
+    const auto onChange = [&service](const std::string& name) { service.fileChanged(name); };
+    const FolderWatch settingsFolder(queue, settings.path().parent_path(), onChange);
+    std::optional<FolderWatch> bindingsFolder;
+    if (std::filesystem::path(bindingsPath).parent_path() != settings.path().parent_path())
+        bindingsFolder.emplace(queue, std::filesystem::path(bindingsPath).parent_path(), onChange);
+    const WakeWatch wake(queue, [&service] { service.engine().systemDidWake(); });
+
+    // For a systemd unit of Type=notify, and for anyone who waits until the service can be asked.
+    sd_notify(0, "READY=1");
+    queue.run();
+    Log::flush(Log::endingFlushLimit);
+    return status;
+}
+
+int runService(Arguments arguments) {
+    const ParsedArguments parsed = parseArguments(
+        arguments, {.positionals = {}, .flags = {dryRunFlag}, .valued = {replayOption, bindingsOption}});
+    if (const auto status = finishEarly(runCommand(), parsed)) return *status;
+    try {
+        return serve(parsed);
+    } catch (const std::system_error& error) {
+        printError(fmt::format("cannot run the service: {}", error.what()));
+        return exitRefused;
+    }
+}
+
+}  // namespace
+
+const Command& runCommand() {
+    static const Command command{
+        "run",
+        "[--replay FILE] [--dry-run] [--bindings PATH]",
+        "Runs Ostrelle in the background without a window: reads the touchpad and runs the bound actions "
+        "until SIGTERM or SIGINT. A running instance is asked to quit first. --replay plays a recording "
+        "in real time instead of the touchpad and ends when it has played out; --dry-run prints the "
+        "actions as JSON lines (as replay --bindings does) instead of carrying them out.",
+        runService,
+    };
+    return command;
+}
+
+}  // namespace ostrelle::cli

@@ -1,0 +1,78 @@
+#include "cli/service/service.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "actions/key_shortcut_json.h"
+#include "cli/service/pending_hookups.h"
+#include "platform/linux/instance_socket.h"
+#include "support/json_error.h"
+
+namespace ostrelle::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::optional<KeyShortcut> storedShortcut(const Settings& settings) {
+    const auto data = settings.dataValue(settings_keys::toggleShortcut);
+    if (!data) return std::nullopt;
+    try {
+        return keyShortcutFromJSON(nlohmann::json::parse(*data));
+    } catch (const std::exception&) {
+        return std::nullopt;  // as at start-up: a shortcut that does not decode is ignored
+    }
+}
+
+}  // namespace
+
+Service::Service(Parts parts)
+    : parts_(parts),
+      engine_({parts.store, parts.source, parts.system, parts.queue, parts.settings, parts.hotKeys}) {}
+
+std::string Service::answer(const std::string& request) {
+    Json reply = Json::object();
+    if (request == instance_requests::quit) {
+        parts_.queue.quit();
+        reply["quitting"] = true;
+    } else if (request == instance_requests::toggle) {
+        engine_.setEnabled(!engine_.isEnabled());
+        reply["listening"] = engine_.isEnabled();
+    } else if (request == instance_requests::status) {
+        const auto counts = parts_.source.eventCounts();
+        reply["listening"] = engine_.isEnabled();
+        reply["sourceError"] = engine_.sourceError() ? Json(*engine_.sourceError()) : Json(nullptr);
+        reply["events"] = {{"all", counts.all}, {"touched", counts.touched}};
+        reply["bindings"] = parts_.store.bindings().size();
+        reply["pid"] = ::getpid();
+    } else {
+        reply["error"] = "unknown request";
+    }
+    return reply.dump();
+}
+
+void Service::fileChanged(const std::string& name) {
+    if (name == parts_.settings.path().filename()) settingsChanged();
+    if (name == parts_.store.fileURL().filename()) refreshBindings(parts_.store);
+}
+
+void Service::settingsChanged() {
+    const auto changed = parts_.settings.reload();
+    const auto has = [&changed](std::string_view key) {
+        return std::find(changed.begin(), changed.end(), key) != changed.end();
+    };
+    if (has(settings_keys::listening)) {
+        // A removed key means the default, as at start-up.
+        const bool listening = parts_.settings.boolValue(settings_keys::listening).value_or(true);
+        if (listening != engine_.isEnabled()) engine_.setEnabled(listening);
+    }
+    if (has(settings_keys::toggleShortcut)) {
+        const auto shortcut = storedShortcut(parts_.settings);
+        if (shortcut != engine_.toggleShortcut() && (!shortcut || shortcut->isGlobal()))
+            engine_.setToggleShortcut(shortcut);
+    }
+    // "hapticFeedback" is read at every run, so nothing is needed for it.
+}
+
+}  // namespace ostrelle::cli
