@@ -18,8 +18,4 @@ std::unique_ptr<TouchSource> makeTouchpadSource(MainQueue&) {
     return std::make_unique<NoTouchpadSource>();
 }
 
-// LEAD: call store.refresh() here once BindingStore has it; until then a change on disk is
-// noticed but only loaded at the next start.
-void refreshBindings(BindingStore&) {}
-
 }  // namespace ostrelle::cli

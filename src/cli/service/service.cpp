@@ -54,7 +54,7 @@ std::string Service::answer(const std::string& request) {
 
 void Service::fileChanged(const std::string& name) {
     if (name == parts_.settings.path().filename()) settingsChanged();
-    if (name == parts_.store.fileURL().filename()) refreshBindings(parts_.store);
+    if (name == parts_.store.fileURL().filename()) parts_.store.refresh();
 }
 
 void Service::settingsChanged() {
