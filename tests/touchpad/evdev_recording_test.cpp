@@ -30,35 +30,23 @@ E: 0.010000 0000 0000 0000
 )";
 
 constexpr const char* evtestFile = R"(Input driver version is 1.0.1
-Input device ID: bus 0x11 vendor 0x2 product 0x7 version 0x1b1
 Input device name: "Pad"
-Supported events:
   Event type 1 (EV_KEY)
     Event code 272 (BTN_LEFT)
   Event type 3 (EV_ABS)
     Event code 47 (ABS_MT_SLOT)
-      Value      0
-      Min        0
       Max        1
     Event code 53 (ABS_MT_POSITION_X)
       Value      0
       Min      100
       Max     1100
-      Fuzz       8
       Resolution      12
     Event code 54 (ABS_MT_POSITION_Y)
-      Value      0
-      Min        0
       Max      500
       Resolution      10
     Event code 57 (ABS_MT_TRACKING_ID)
-      Value      0
-      Min        0
       Max    65535
-Properties:
-  Property type 0 (INPUT_PROP_POINTER)
   Property type 3 (INPUT_PROP_SEMI_MT)
-Testing ... (interrupt to exit)
 Event: time 0.000000, type 3 (EV_ABS), code 57 (ABS_MT_TRACKING_ID), value 7
 Event: time 0.000001, type 3 (EV_ABS), code 53 (ABS_MT_POSITION_X), value 600
 Event: time 0.000001, type 4 (EV_MSC), code 4 (MSC_SCAN), value 90001
@@ -68,18 +56,10 @@ Event: time 0.020000, >>>>>>>>>>>>>> SYN_DROPPED <<<<<<<<<<<<
 
 constexpr const char* libinputFile = R"(# libinput record
 version: 1
-ndevices: 2
-libinput:
-  version: "1.25.0"
 devices:
 - node: /dev/input/event5
   evdev:
-    # Name: Pad
     name: "Pad"
-    id: [17, 2, 7, 433]
-    codes:
-      0: [0, 1, 2, 3] # EV_SYN
-      3: [0, 1, 47, 53, 54, 57] # EV_ABS
     absinfo:
       47: [0, 1, 0, 0, 0]
       53: [100, 1100, 8, 0, 12]
@@ -97,8 +77,6 @@ devices:
   - libinput:
     - [  9,      9,   3,  53,   600]
 - node: /dev/input/event6
-  evdev:
-    name: "Keyboard"
   events:
   - evdev:
     - [  1,      0,   1,  30,     1]
@@ -195,12 +173,8 @@ TEST(EvdevRecording, BadLinesAreNamed) {
          "1: an event line needs a time, a type, a code and a value"},
         {"evemu: bad hex code", RecordingFormat::evemu, "E: 0.1 0003 00zz 5\n",
          "1: event code \"00zz\" is not a hex number"},
-        {"evemu: type out of range", RecordingFormat::evemu, "E: 0.1 0020 0000 0\n",
-         "1: event type 32 is out of range"},
         {"evemu: value out of range", RecordingFormat::evemu, "E: 0.1 0003 0035 4294967296\n",
          "1: value 4294967296 is out of range"},
-        {"evemu: bad time", RecordingFormat::evemu, "E: -1 0003 0035 0\n",
-         "1: time \"-1\" is not a time stamp"},
         {"evemu: axis line too short", RecordingFormat::evemu, "A: 35 0 100\n",
          "1: an axis line needs a code, minimum, maximum, fuzz, flat and resolution"},
         {"evtest: event without a value", RecordingFormat::evtest,
@@ -213,17 +187,6 @@ TEST(EvdevRecording, BadLinesAreNamed) {
          "2: a list lacks its closing ]"},
     };
     for (const Row& row : rows) EXPECT_EQ(readAll(row.format, row.text).error, row.error) << row.name;
-}
-
-TEST(EvdevRecording, EvemuDescriptionFile) {
-    std::istringstream description("N: Old Pad\nA: 35 0 1000 0 0\nA: 36 0 600 0 0\nA: 30 0 15 0 0\n");
-    const RecordedDevice device = readEvemuDescription(description);
-    EXPECT_EQ(device.description,
-              (TouchpadDescription{"Old Pad", AxisRange{0, 1000, 0}, AxisRange{0, 600, 0}, 0, false}));
-    EXPECT_EQ(device.multitouchAxes.front(), (MultitouchAxis{ABS_MT_TOUCH_MAJOR, {0, 15, 0}}));
-
-    std::istringstream events("E: 0.1 0003 0035 5\n");
-    EXPECT_THROW(readEvemuDescription(events), RecordingError);
 }
 
 }  // namespace
