@@ -7,22 +7,33 @@
 #include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "cli/recording_loop.h"
 
 namespace ostrelle::cli {
 
-std::variant<NextRecordedEvent, std::string> openRecording(const std::filesystem::path& file) {
-    if (std::filesystem::is_directory(file)) return fmt::format("{}: is a directory", file.string());
-    auto input = std::make_shared<std::ifstream>(file, std::ios::binary);
-    if (!*input) return fmt::format("cannot open {}: {}", file.string(), std::strerror(errno));
-    auto reader = std::make_shared<RecordingReader>(*input);
-    return NextRecordedEvent([input, reader, name = file.string()]() -> std::optional<RecordingEvent> {
-        try {
-            return reader->next();
-        } catch (const RecordingError& error) {
-            throw std::runtime_error(fmt::format("{}:{}: {}", name, error.line(), error.problem()));
-        } catch (const std::runtime_error& error) {
-            throw std::runtime_error(fmt::format("{}: {}", name, error.what()));
-        }
+std::optional<NextRecordedEvent> openRecording(const std::filesystem::path& file) {
+    if (std::filesystem::is_directory(file)) {
+        printError(fmt::format("{}: is a directory", file.string()));
+        return std::nullopt;
+    }
+    std::ifstream input(file, std::ios::binary);
+    if (!input) {
+        printError(fmt::format("cannot open {}: {}", file.string(), std::strerror(errno)));
+        return std::nullopt;
+    }
+    // Read whole before the service starts, in whichever format, so that a bad line is refused
+    // up front rather than halfway through a demo.
+    auto events = std::make_shared<std::vector<RecordingEvent>>();
+    if (forEachRecordedEvent(input, file.string(), std::nullopt,
+                             [&](const RecordingEvent& event) { events->push_back(event); }) != exitSuccess)
+        return std::nullopt;
+    return NextRecordedEvent([events, next = std::size_t{0}]() mutable -> std::optional<RecordingEvent> {
+        if (next == events->size()) return std::nullopt;
+        return (*events)[next++];
     });
 }
 

@@ -13,12 +13,11 @@
 namespace ostrelle::cli {
 
 // The events of a recording, one per call, nothing at its end. Throws std::runtime_error whose
-// text is the whole message ("FILE:LINE: problem") for a bad line.
+// text is the whole message for a recording that cannot go on.
 using NextRecordedEvent = std::function<std::optional<RecordingEvent>()>;
 
-// The one place that knows the formats a recording may have; the reader or why the file
-// cannot be opened.
-std::variant<NextRecordedEvent, std::string> openRecording(const std::filesystem::path& file);
+// A recording in any format replay reads; nothing, after printing why, when it cannot be read.
+std::optional<NextRecordedEvent> openRecording(const std::filesystem::path& file);
 
 // A touch source that plays a recording in real time on the main queue: each event at its
 // recorded offset from the first, counted from the first start. Like a device, it keeps going

@@ -69,23 +69,19 @@ int serve(const ParsedArguments& parsed) {
     TouchInput input;
     if (const auto file = parsed.value(replayOption)) {
         auto opened = openRecording(*file);
-        if (const auto* problem = std::get_if<std::string>(&opened)) {
-            printError(*problem);
-            return exitBadInput;
-        }
-        auto playback =
-            std::make_unique<RecordingPlayback>(queue, std::move(std::get<NextRecordedEvent>(opened)),
-                                                [&queue, &status](const std::optional<std::string>& error) {
-                                                    if (error) {
-                                                        printError(*error);
-                                                        status = exitBadInput;
-                                                        queue.quit();
-                                                    } else {
-                                                        // What the last gestures set off (a tap's wait, an
-                                                        // action's steps) still happens.
-                                                        queue.quitWhenIdle();
-                                                    }
-                                                });
+        if (!opened) return exitBadInput;
+        auto playback = std::make_unique<RecordingPlayback>(
+            queue, std::move(*opened), [&queue, &status](const std::optional<std::string>& error) {
+                if (error) {
+                    printError(*error);
+                    status = exitBadInput;
+                    queue.quit();
+                } else {
+                    // What the last gestures set off (a tap's wait, an
+                    // action's steps) still happens.
+                    queue.quitWhenIdle();
+                }
+            });
         input.playback = playback.get();
         input.source = std::move(playback);
     } else {
