@@ -48,6 +48,48 @@ class FrameAssembler {
     void setSlot(int slot, std::int32_t trackingId, std::int32_t x, std::int32_t y, std::int32_t tool);
     void setCurrentSlot(int slot);
     void setFingerCount(int fingers);
+
+  private:
+    struct Slot {
+        std::int32_t trackingId = -1;
+        std::int32_t x = 0;
+        std::int32_t y = 0;
+        std::int32_t tool = 0;
+    };
+    // What decides whether a frame changed: the contact's id and its position in device units.
+    struct Key {
+        std::int64_t id = 0;
+        std::int32_t x = 0;
+        std::int32_t y = 0;
+
+        friend bool operator==(const Key&, const Key&) = default;
+    };
+    using Keys = std::array<Key, maxContacts>;
+
+    Output report(double time);
+    int fingerCount() const;
+    int buildKeys(Keys& keys);
+
+    AxisRange xRange_;
+    AxisRange yRange_;
+    std::int64_t idBase_ = 0;
+    int slotCount_ = 0;
+    std::array<Slot, maxSlots> slots_{};
+    int currentSlot_ = 0;
+    unsigned fingerTools_ = 0;  // bit n: the BTN_TOOL_* that reports n fingers is held
+    int pendingClicks_ = 0;
+    bool dropping_ = false;
+
+    // Stand-ins in the order they appeared; each keeps its id while it exists.
+    std::array<std::int64_t, 5> standInIds_{};
+    int standIns_ = 0;
+    std::int64_t nextStandIn_ = 0;
+
+    Keys lastKeys_{};
+    int lastCount_ = 0;
+    Keys keys_{};
+    std::array<Contact, maxContacts> contacts_{};
+    int contactCount_ = 0;
 };
 
 }  // namespace ostrelle

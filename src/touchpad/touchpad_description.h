@@ -19,9 +19,9 @@ struct AxisRange {
 // description at the head of a recording.
 struct TouchpadDescription {
     std::string name;
-    std::optional<AxisRange> x;  // ABS_MT_POSITION_X; absent: no multitouch positions
-    std::optional<AxisRange> y;  // ABS_MT_POSITION_Y
-    int slots = 0;               // ABS_MT_SLOT's maximum + 1; 0 when the device speaks protocol A
+    std::optional<AxisRange> x;   // ABS_MT_POSITION_X; absent: no multitouch positions
+    std::optional<AxisRange> y;   // ABS_MT_POSITION_Y
+    int slots = 0;                // ABS_MT_SLOT's maximum + 1; 0 when the device speaks protocol A
     bool semiMultitouch = false;  // INPUT_PROP_SEMI_MT: slots hold corners of the fingers' box
 
     friend bool operator==(const TouchpadDescription&, const TouchpadDescription&) = default;
