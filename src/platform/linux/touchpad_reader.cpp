@@ -142,13 +142,15 @@ std::vector<Contact> TouchpadReader::allContacts() const {
 
 void TouchpadReader::readFrom(EvdevTouchpad& touchpad) {
     const bool present = touchpad.read([&](const EvdevTouchpad::Report& report) {
+        if (report.frame || report.clicks > 0) {
+            Delivery delivery;
+            if (report.frame) delivery.frame = allContacts();
+            delivery.time = report.time;
+            delivery.clicks = report.clicks;
+            publish_(std::move(delivery));
+        }
+        // Counted once posted: whoever sees the count can find the report's work queued.
         count_(!touchpad.contacts().empty());
-        if (!report.frame && report.clicks == 0) return;
-        Delivery delivery;
-        if (report.frame) delivery.frame = allContacts();
-        delivery.time = report.time;
-        delivery.clicks = report.clicks;
-        publish_(std::move(delivery));
     });
     if (!present) remove(touchpad.fd());
 }
