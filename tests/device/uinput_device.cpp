@@ -106,7 +106,6 @@ std::unique_ptr<UinputDevice> UinputDevice::fromEvemuDescription(const std::stri
                     std::string hex;
                     fields >> hex;
                     type = std::stoi(hex, nullptr, 16);
-                    if (type != EV_SYN) libevdev_enable_event_type(device, static_cast<unsigned>(type));
                 }
                 if (type != lastType) offset = 0;
                 lastType = type;

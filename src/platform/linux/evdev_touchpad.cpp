@@ -63,6 +63,8 @@ EvdevTouchpad::EvdevTouchpad(std::string node, int fd, libevdev* device, std::in
     // Frame times must share the clock of everything else the engine times. The switch makes the
     // kernel report a SYN_DROPPED, after which the first read takes the device's state.
     libevdev_set_clock_id(device_, CLOCK_MONOTONIC);
+    // Fingers already down when the device is opened appear with its next report.
+    takeDeviceState();
 }
 
 EvdevTouchpad::~EvdevTouchpad() {
@@ -103,7 +105,13 @@ void EvdevTouchpad::resynchronize(double droppedAt, const ReportSink& sink) {
     while (libevdev_next_event(device_, LIBEVDEV_READ_FLAG_SYNC, &event) == LIBEVDEV_READ_STATUS_SYNC)
         time = converted(event).time;
     assembler_.feed({time, EV_SYN, SYN_REPORT, 0});
+    takeDeviceState();
+    // A report of the fresh state: a frame if it differs from the last one delivered (fingers
+    // lifted while events were lost end here).
+    feed({time, EV_SYN, SYN_REPORT, 0}, sink);
+}
 
+void EvdevTouchpad::takeDeviceState() {
     const int slots = std::min(libevdev_get_num_slots(device_), FrameAssembler::maxSlots);
     for (int slot = 0; slot < slots; ++slot) {
         const auto value = [&](unsigned code) {
@@ -118,9 +126,6 @@ void EvdevTouchpad::resynchronize(double droppedAt, const ReportSink& sink) {
         if (libevdev_get_event_value(device_, EV_KEY, fingerTools[count]) != 0)
             fingers = static_cast<int>(count) + 1;
     assembler_.setFingerCount(fingers);
-    // A report of the fresh state: a frame if it differs from the last one delivered (fingers
-    // lifted while events were lost end here).
-    feed({time, EV_SYN, SYN_REPORT, 0}, sink);
 }
 
 }  // namespace ostrelle

@@ -58,6 +58,8 @@ class EvdevTouchpad {
     EvdevTouchpad(std::string node, int fd, libevdev* device, std::int64_t idBase);
     void feed(const EvdevEvent& event, const ReportSink& sink);
     void resynchronize(double droppedAt, const ReportSink& sink);
+    // Hands the assembler libevdev's view of every slot and of the finger count.
+    void takeDeviceState();
 
     std::string node_;
     int fd_ = -1;
