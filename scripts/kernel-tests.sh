@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the device tests (tests/device) against a real Linux kernel: boots Debian's current kernel
 # under qemu's software emulation with a small initramfs holding busybox, the evdev and uinput
-# modules and the test program, so touchpads can be created with uinput where the host has none.
+# modules and the test programs, so touchpads can be created with uinput where the host has none.
 # One boot runs every device test. kernel-tests.sh [gtest arguments...]
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -21,7 +21,10 @@ if [ ! -f "$dir/CMakeCache.txt" ]; then
   if command -v ccache >/dev/null; then configure+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
 fi
 OSTRELLE_BUILD_TARGET=$program "$root/scripts/build.sh" "$dir" "${configure[@]}"
+# The tests also run the command line's `record` on a live touchpad.
+cmake --build "$dir" --parallel "$(nproc)" --target ostrelle-cli
 binary="$dir/tests/$program"
+cli="$dir/ostrelle-cli"
 
 # The kernel: whatever linux-image-amd64 currently depends on; old versions leave the archive.
 kernel_package() {
@@ -90,12 +93,13 @@ mkdir -p "$stage"/{bin,modules,tests,proc,sys,dev,tmp}
 cp "$(command -v busybox)" "$stage/bin/busybox"
 cp "$kernel_dir/evdev.ko" "$kernel_dir/uinput.ko" "$stage/modules/"
 cp "$binary" "$stage/tests/$program"
-if ldd "$binary" | grep -q "not found"; then
-  echo "kernel-tests: $program misses libraries:" >&2
-  ldd "$binary" | grep "not found" >&2
+cp "$cli" "$stage/tests/ostrelle-cli"
+if ldd "$binary" "$cli" | grep -q "not found"; then
+  echo "kernel-tests: the programs miss libraries:" >&2
+  ldd "$binary" "$cli" | grep "not found" >&2
   exit 1
 fi
-ldd "$binary" | awk '/=> \// {print $3} /^[ \t]*\// {print $1}' | while read -r library; do
+ldd "$binary" "$cli" | awk '/=> \// {print $3} /^[ \t]+\// {print $1}' | sort -u | while read -r library; do
   cp -L --parents "$library" "$stage/"
 done
 cp -r "$root/tests/recordings" "$stage/tests/recordings"
@@ -113,7 +117,7 @@ mkdir -p /tmp/home /tmp/config /tmp/data /tmp/cache /tmp/state /tmp/runtime
 chmod 700 /tmp/runtime
 export HOME=/tmp/home XDG_CONFIG_HOME=/tmp/config XDG_DATA_HOME=/tmp/data XDG_CACHE_HOME=/tmp/cache
 export XDG_STATE_HOME=/tmp/state XDG_RUNTIME_DIR=/tmp/runtime TMPDIR=/tmp
-export OSTRELLE_RECORDINGS_DIR=/tests/recordings
+export OSTRELLE_RECORDINGS_DIR=/tests/recordings OSTRELLE_CLI=/tests/ostrelle-cli
 eval "/tests/$program --gtest_color=no \$(cat /tests/arguments)"
 echo "$marker \$?"
 poweroff -f

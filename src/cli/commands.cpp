@@ -5,10 +5,13 @@
 namespace ostrelle::cli {
 
 std::span<const Command> commands() {
-    // New subcommands (record, run) join this table.
-    static const std::array table{
-        replayCommand(),   gesturesCommand(), describeCommand(), actionsCommand(),
-        bindingsCommand(), bindCommand(),     unbindCommand(),
+    // New subcommands (run) join this table.
+    static const std::array table {
+        replayCommand(), gesturesCommand(), describeCommand(), actionsCommand(), bindingsCommand(),
+            bindCommand(), unbindCommand(),
+#if defined(__linux__)
+            recordCommand(),
+#endif
     };
     return table;
 }

@@ -12,5 +12,12 @@ const Command& actionsCommand();
 const Command& bindingsCommand();
 const Command& bindCommand();
 const Command& unbindCommand();
+// Linux: the live touchpad as a recording.
+const Command& recordCommand();
+
+// These stop on SIGTERM and SIGINT by themselves, finishing their work first.
+inline bool handlesTerminationSignals(std::string_view command) {
+    return command == "record";
+}
 
 }  // namespace ostrelle::cli

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/termination_signals.h"
 
@@ -74,8 +75,9 @@ int usageError(const Command& command, std::string_view problem) {
 }  // namespace ostrelle::cli
 
 int main(int argc, char** argv) {
-    ostrelle::cli::flushLogOnTerminationSignals();
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
+    if (arguments.empty() || !ostrelle::cli::handlesTerminationSignals(arguments.front()))
+        ostrelle::cli::flushLogOnTerminationSignals();
     return ostrelle::cli::run(arguments);
 }

@@ -84,7 +84,8 @@ TouchpadDescription describeNode(const std::string& node) {
 TEST(RecordingReplay, TheLiveSourceDeliversTheFramesTheAssemblerMakesOfTheFile) {
     const char* recordings[] = {
         "CyPS2 Cypress Trackpad.three_finger_tap.events",  // two slots, the third finger a stand-in
-        "bcm5974.three-finger-click.events",
+        "CyPS2 Cypress Trackpad.two_finger_press.events",
+        "ETPS2 Elantech Touchpad.Samsung-700Z3A.events",
     };
     for (const char* name : recordings) {
         const std::string path = recordingsFolder() + name;
