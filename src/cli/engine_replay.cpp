@@ -120,15 +120,16 @@ int replayThroughEngine(std::istream& input, const std::string& name, const Engi
     });
     if (options.capture) engine.setCapturing(true);
 
-    const int status = forEachRecordedEvent(input, name, [&](const RecordingEvent& event) {
-        // Whatever falls due up to this line runs first, in order.
-        queue.advanceTo(timeOf(event));
-        if (const auto* frame = std::get_if<RecordedFrame>(&event)) {
-            source.deliverFrame(frame->contacts, frame->time);
-        } else {
-            source.deliverClick(std::get<RecordedClick>(event).overOwnWindow);
-        }
-    });
+    const int status =
+        forEachRecordedEvent(input, name, options.deviceFile, [&](const RecordingEvent& event) {
+            // Whatever falls due up to this line runs first, in order.
+            queue.advanceTo(timeOf(event));
+            if (const auto* frame = std::get_if<RecordedFrame>(&event)) {
+                source.deliverFrame(frame->contacts, frame->time);
+            } else {
+                source.deliverClick(std::get<RecordedClick>(event).overOwnWindow);
+            }
+        });
     if (status != exitSuccess) return status;
     // A tap still waiting for its double tap, and the last steps of an action, still happen.
     queue.runAll();

@@ -17,6 +17,7 @@ struct EngineReplayOptions {
     std::optional<std::string> frontApp;
     std::vector<std::pair<std::string, std::string>> settings;  // KEY=VALUE; "true"/"false" are booleans
     bool trace = false;
+    std::optional<std::string> deviceFile;  // describes an evdev recording's device
 };
 
 // Prints one JSON line per gesture, trace line, run, posted event, detection and log entry;

@@ -28,6 +28,7 @@ constexpr std::string_view standardInputName = "<stdin>";
 struct ReplayOptions {
     std::optional<std::string> file;
     std::optional<std::string> customFile;
+    std::optional<std::string> deviceFile;  // describes an evdev recording's device
     bool trace = false;
     bool recordingShapes = false;
     // With a bindings file the replay runs through the whole engine.
@@ -88,6 +89,14 @@ ParsedOptions parseOptions(Arguments arguments) {
             }
             if (i + 1 == first && !parsed.problem) parsed.problem = "--settings needs KEY=VALUE";
             options.engineOnlyOption = true;
+        } else if (argument == "--device") {
+            if (i + 1 == arguments.size()) {
+                parsed.problem = "--device needs an evemu description file";
+            } else if (options.deviceFile) {
+                parsed.problem = "--device given twice";
+            } else {
+                options.deviceFile = arguments[++i];
+            }
         } else if (argument == "--custom") {
             if (i + 1 == arguments.size()) {
                 parsed.problem = "--custom needs a file";
@@ -114,6 +123,7 @@ ParsedOptions parseOptions(Arguments arguments) {
     }
     if (options.bindingsFile) {
         options.engine.bindingsFile = *options.bindingsFile;
+        options.engine.deviceFile = options.deviceFile;
         options.engine.trace = options.trace;
     }
     return parsed;
@@ -162,7 +172,7 @@ int replay(std::istream& input, const std::string& name, const ReplayOptions& op
     std::optional<TraceToOutput> trace;
     if (options.trace) trace.emplace(now);
 
-    return forEachRecordedEvent(input, name, [&](const RecordingEvent& event) {
+    return forEachRecordedEvent(input, name, options.deviceFile, [&](const RecordingEvent& event) {
         now = timeOf(event);
         if (const auto gesture = feed(recognizer, event)) printGesture(now, *gesture);
     });
@@ -208,13 +218,15 @@ int runReplay(Arguments arguments) {
 const Command& replayCommand() {
     static const Command command{
         "replay",
-        "FILE [--trace] [--custom SHAPES.json] [--recording-shapes]\n"
-        "       FILE --bindings PATH [--trace] [--capture] [--untrusted] [--front-app BUNDLE_ID] "
-        "[--settings KEY=VALUE ...]",
+        "FILE [--device DESC] [--trace] [--custom SHAPES.json] [--recording-shapes]\n"
+        "       FILE [--device DESC] --bindings PATH [--trace] [--capture] [--untrusted] "
+        "[--front-app BUNDLE_ID] [--settings KEY=VALUE ...]",
         "Replays a recording (FILE, or - for standard input) through the gesture recognizer and prints "
-        "what fires, one JSON object per line. With --bindings the recording runs through the whole "
-        "engine on a copy of the bindings file, and the actions go to a dry-run system that prints "
-        "what it would post.",
+        "what fires, one JSON object per line. FILE is a replay file of JSON lines, or a touchpad's raw "
+        "events as evemu, evtest or libinput record wrote them (told from the content); a recording "
+        "without its device's description takes it from --device DESC, an evemu description file. "
+        "With --bindings the recording runs through the whole engine on a copy of the bindings file, "
+        "and the actions go to a dry-run system that prints what it would post.",
         runReplay,
     };
     return command;

@@ -32,6 +32,7 @@ TEST(CLIUsage, BadArgumentsEndWithStatusTwoTheProblemAndTheUsage) {
         {{"replay", "a.jsonl", "b.jsonl"}, "unexpected argument \"b.jsonl\""},
         {{"replay", "a.jsonl", "--fast"}, "unknown option --fast"},
         {{"replay", "a.jsonl", "--custom"}, "--custom needs a file"},
+        {{"replay", "a.jsonl", "--device"}, "--device needs an evemu description file"},
         {{"replay", "a.jsonl", "--custom", "x", "--custom", "y"}, "--custom given twice"},
         {{"replay", "a.jsonl", "--capture"},
          "--capture, --untrusted, --front-app and --settings need --bindings"},
@@ -53,7 +54,8 @@ TEST(CLIUsage, HelpGoesToStandardOutputAndListsEveryCommand) {
         {{"--help"}, overview},
         {{"bindings", "--file", "/dev/null/x", "-h"},
          "usage: ostrelle-cli bindings [--file PATH] [--launched-before]\n"},
-        {{"replay", "--help"}, "usage: ostrelle-cli replay FILE [--trace] [--custom SHAPES.json]"},
+        {{"replay", "--help"},
+         "usage: ostrelle-cli replay FILE [--device DESC] [--trace] [--custom SHAPES.json]"},
     };
     for (const auto& [arguments, usage] : rows) {
         const CLIResult help = runCLI(arguments);
