@@ -6,11 +6,13 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <sstream>
+#include <span>
 
 #include "platform/linux/evdev_touch_source.h"
-#include "platform/linux/evdev_touchpad.h"
+#include "platform/linux/mtdev_bridge.h"
 #include "touch_delivery.h"
+#include "touchpad/evdev_recording.h"
+#include "touchpad/frame_assembler.h"
 #include "uinput_device.h"
 
 namespace ostrelle {
@@ -25,22 +27,35 @@ std::string recordingsFolder() {
     return std::string(folder != nullptr ? folder : "tests/recordings") + "/evemu-devices/";
 }
 
-// The "E: SECONDS TYPE CODE VALUE" lines of an evemu recording (type and code in hex).
-std::vector<EvdevEvent> recordedEvents(const std::string& path) {
-    std::ifstream file(path);
+// A recording's events, and the frames and clicks (as nothing) the assembler makes of them,
+// through mtdev for a device without slots, as a replay of the file does.
+struct Expected {
     std::vector<EvdevEvent> events;
-    std::string line;
-    while (std::getline(file, line)) {
-        if (!line.starts_with("E: ")) continue;
-        std::istringstream fields(line.substr(3));
-        double time = 0;
-        std::string type, code;
-        std::int32_t value = 0;
-        fields >> time >> type >> code >> value;
-        events.push_back({time, static_cast<std::uint16_t>(std::stoul(type, nullptr, 16)),
-                          static_cast<std::uint16_t>(std::stoul(code, nullptr, 16)), value});
+    std::vector<std::optional<std::vector<Contact>>> deliveries;
+    bool protocolA = false;
+};
+
+Expected readRecording(const std::string& path) {
+    std::ifstream file(path);
+    const auto reader = openEvdevRecording(RecordingFormat::evemu, file);
+    const RecordedDevice device = reader->device().value();
+    Expected expected;
+    expected.protocolA = device.description.slots == 0;
+    std::unique_ptr<MtdevBridge> bridge;
+    if (expected.protocolA) bridge = std::make_unique<MtdevBridge>(device.multitouchAxes);
+    FrameAssembler assembler(device.description, 0);
+    while (const auto event = reader->next()) {
+        expected.events.push_back(*event);
+        for (const EvdevEvent& slotted : bridge ? bridge->feed(*event) : std::span(&*event, 1)) {
+            const FrameAssembler::Output output = assembler.feed(slotted);
+            if (output.frame)
+                expected.deliveries.emplace_back(
+                    std::vector<Contact>(assembler.contacts().begin(), assembler.contacts().end()));
+            expected.deliveries.insert(expected.deliveries.end(), static_cast<std::size_t>(output.clicks),
+                                       std::nullopt);
+        }
     }
-    return events;
+    return expected;
 }
 
 // EV_MSC: passed on even when unchanged.
@@ -50,21 +65,29 @@ constexpr std::uint16_t miscellaneousEvents = 0x04;
 // values, and a report with nothing before it).
 class KernelFilter {
   public:
+    // Without slots, the kernel passes every multitouch value on.
+    explicit KernelFilter(bool protocolA) : protocolA_(protocolA) {}
+
     bool passes(const EvdevEvent& event) {
         if (event.type == evdev::EV_SYN) {
+            if (event.code == evdev::SYN_MT_REPORT) {
+                changed_ = true;
+                return false;
+            }
             const bool any = changed_;
             changed_ = false;
             return event.code == evdev::SYN_REPORT && any;
         }
-        if (event.type == evdev::EV_ABS && event.code == evdev::ABS_MT_SLOT) {
+        if (!protocolA_ && event.type == evdev::EV_ABS && event.code == evdev::ABS_MT_SLOT) {
             slot_ = event.value;
             return false;
         }
-        const bool perSlot = event.type == evdev::EV_ABS && event.code > evdev::ABS_MT_SLOT;
-        const auto key = std::tuple(event.type, event.code, perSlot ? slot_ : 0);
-        const auto initial = perSlot && event.code == evdev::ABS_MT_TRACKING_ID ? -1 : 0;
+        const bool multitouch = event.type == evdev::EV_ABS && event.code > evdev::ABS_MT_SLOT;
+        const auto key = std::tuple(event.type, event.code, multitouch ? slot_ : 0);
+        const auto initial = multitouch && event.code == evdev::ABS_MT_TRACKING_ID ? -1 : 0;
         const auto [entry, added] = values_.try_emplace(key, initial);
-        if (event.type != miscellaneousEvents && entry->second == event.value) return false;
+        const bool always = event.type == miscellaneousEvents || (multitouch && protocolA_);
+        if (!always && entry->second == event.value) return false;
         entry->second = event.value;
         changed_ = true;
         return false;
@@ -72,38 +95,22 @@ class KernelFilter {
 
   private:
     std::map<std::tuple<std::uint16_t, std::uint16_t, std::int32_t>, std::int32_t> values_;
+    bool protocolA_;
     std::int32_t slot_ = 0;
     bool changed_ = false;
 };
 
-TouchpadDescription describeNode(const std::string& node) {
-    const EvdevTouchpad::Opened opened = EvdevTouchpad::open(node, 0);
-    return opened.touchpad ? opened.touchpad->description() : TouchpadDescription{};
-}
-
 TEST(RecordingReplay, TheLiveSourceDeliversTheFramesTheAssemblerMakesOfTheFile) {
     const char* recordings[] = {
         "CyPS2 Cypress Trackpad.three_finger_tap.events",  // two slots, the third finger a stand-in
-        "CyPS2 Cypress Trackpad.two_finger_press.events",
-        "ETPS2 Elantech Touchpad.Samsung-700Z3A.events",
+        "CyPS2 Cypress Trackpad.two_finger_press.events", "ETPS2 Elantech Touchpad.Samsung-700Z3A.events",
+        "bcm5974.three-finger-click.events",  // protocol A, through mtdev
     };
     for (const char* name : recordings) {
         const std::string path = recordingsFolder() + name;
         const auto pad = UinputDevice::fromEvemuDescription(path);
-        const std::vector<EvdevEvent> events = recordedEvents(path);
-        ASSERT_FALSE(events.empty()) << name;
-
-        // Frames, and clicks as nothing.
-        std::vector<std::optional<std::vector<Contact>>> expected;
-        FrameAssembler assembler(describeNode(pad->node()), 0);
-        for (const EvdevEvent& event : events) {
-            const FrameAssembler::Output output = assembler.feed(event);
-            if (output.frame)
-                expected.emplace_back(
-                    std::vector<Contact>(assembler.contacts().begin(), assembler.contacts().end()));
-            expected.insert(expected.end(), static_cast<std::size_t>(output.clicks), std::nullopt);
-        }
-        ASSERT_GE(expected.size(), 2U) << name;
+        const Expected expected = readRecording(path);
+        ASSERT_GE(expected.deliveries.size(), 2U) << name;
 
         TestMainQueue queue;
         EvdevTouchSource source(queue);
@@ -111,9 +118,9 @@ TEST(RecordingReplay, TheLiveSourceDeliversTheFramesTheAssemblerMakesOfTheFile) 
         ASSERT_EQ(source.start(delivered.onFrame(), delivered.onClick()), std::nullopt) << name;
         // One report at a time, each read before the next, as a driver paces them: a flood
         // would overflow the reader's buffer.
-        KernelFilter filter;
+        KernelFilter filter(expected.protocolA);
         std::int64_t reports = 0;
-        for (const EvdevEvent& event : events) {
+        for (const EvdevEvent& event : expected.events) {
             pad->write(event.type, event.code, event.value);
             if (filter.passes(event)) {
                 ASSERT_TRUE(waitForReports(queue, source, ++reports)) << name;
@@ -121,7 +128,7 @@ TEST(RecordingReplay, TheLiveSourceDeliversTheFramesTheAssemblerMakesOfTheFile) 
         }
         std::vector<std::optional<std::vector<Contact>>> live;
         for (const auto& item : delivered.items) live.push_back(item.frame);
-        EXPECT_EQ(live, expected) << name;
+        EXPECT_EQ(live, expected.deliveries) << name;
     }
 }
 

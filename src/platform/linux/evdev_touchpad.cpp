@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <stdexcept>
 
 namespace ostrelle {
 namespace {
@@ -38,6 +39,13 @@ TouchpadDescription EvdevTouchpad::describe(const libevdev* device) {
     return description;
 }
 
+std::vector<MultitouchAxis> EvdevTouchpad::multitouchAxes(const libevdev* device) {
+    std::vector<MultitouchAxis> axes;
+    for (unsigned code = ABS_MT_SLOT + 1; code <= ABS_MT_TOOL_Y; ++code)
+        if (const auto range = axis(device, code)) axes.push_back({static_cast<std::uint16_t>(code), *range});
+    return axes;
+}
+
 EvdevTouchpad::Opened EvdevTouchpad::open(const std::string& node, std::int64_t idBase) {
     const int fd = ::open(node.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) return {.error = errno};
@@ -51,7 +59,11 @@ EvdevTouchpad::Opened EvdevTouchpad::open(const std::string& node, std::int64_t 
         ::close(fd);
         return {.refusal = std::move(refusal)};
     }
-    return {.touchpad = std::unique_ptr<EvdevTouchpad>(new EvdevTouchpad(node, fd, device, idBase))};
+    try {
+        return {.touchpad = std::unique_ptr<EvdevTouchpad>(new EvdevTouchpad(node, fd, device, idBase))};
+    } catch (const std::runtime_error& error) {
+        return {.refusal = error.what()};
+    }
 }
 
 EvdevTouchpad::EvdevTouchpad(std::string node, int fd, libevdev* device, std::int64_t idBase)
@@ -62,6 +74,7 @@ EvdevTouchpad::EvdevTouchpad(std::string node, int fd, libevdev* device, std::in
       assembler_(description_, idBase) {
     // Frame times must share the clock of everything else the engine times. The switch makes the
     // kernel report a SYN_DROPPED, after which the first read takes the device's state.
+    if (description_.slots == 0) protocolA_ = std::make_unique<MtdevBridge>(multitouchAxes(device_));
     libevdev_set_clock_id(device_, CLOCK_MONOTONIC);
     // Fingers already down when the device is opened appear with its next report.
     takeDeviceState();
@@ -88,6 +101,21 @@ bool EvdevTouchpad::read(const ReportSink& sink) {
 }
 
 void EvdevTouchpad::feed(const EvdevEvent& event, const ReportSink& sink) {
+    if (!protocolA_) {
+        feedAssembler(event, sink);
+        return;
+    }
+    bool reported = false;
+    for (const EvdevEvent& slotted : protocolA_->feed(event)) {
+        reported = reported || (slotted.type == EV_SYN && slotted.code == SYN_REPORT);
+        feedAssembler(slotted, sink);
+    }
+    // mtdev swallows a report in which no contact changed; it was read all the same, and a
+    // replay of the same events through mtdev sees nothing there either.
+    if (!reported && event.type == EV_SYN && event.code == SYN_REPORT) sink({false, event.time, 0});
+}
+
+void EvdevTouchpad::feedAssembler(const EvdevEvent& event, const ReportSink& sink) {
     const FrameAssembler::Output output = assembler_.feed(event);
     if (output.frame) {
         const auto contacts = assembler_.contacts();
@@ -99,6 +127,8 @@ void EvdevTouchpad::feed(const EvdevEvent& event, const ReportSink& sink) {
 void EvdevTouchpad::resynchronize(double droppedAt, const ReportSink& sink) {
     // The report cut short by the drop goes, and libevdev's catching up brings its own state up
     // to date; the assembler then takes that state whole rather than the deltas.
+    // mtdev keeps no state worth saving across the gap: a protocol A device resends every
+    // contact in each report.
     assembler_.feed({droppedAt, EV_SYN, SYN_DROPPED, 0});
     double time = droppedAt;
     input_event event{};

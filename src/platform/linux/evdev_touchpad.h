@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/mtdev_bridge.h"
 #include "recognition/contact.h"
 #include "touchpad/frame_assembler.h"
 #include "touchpad/touchpad_description.h"
@@ -51,12 +52,14 @@ class EvdevTouchpad {
     // After the kernel dropped events (SYN_DROPPED) the state is taken afresh from the device.
     bool read(const ReportSink& sink);
 
-    // The description of a device libevdev has open.
+    // The description of a device libevdev has open, and every multitouch axis it declares.
     static TouchpadDescription describe(const libevdev* device);
+    static std::vector<MultitouchAxis> multitouchAxes(const libevdev* device);
 
   private:
     EvdevTouchpad(std::string node, int fd, libevdev* device, std::int64_t idBase);
     void feed(const EvdevEvent& event, const ReportSink& sink);
+    void feedAssembler(const EvdevEvent& event, const ReportSink& sink);
     void resynchronize(double droppedAt, const ReportSink& sink);
     // Hands the assembler libevdev's view of every slot and of the finger count.
     void takeDeviceState();
@@ -66,6 +69,7 @@ class EvdevTouchpad {
     libevdev* device_ = nullptr;
     TouchpadDescription description_;
     FrameAssembler assembler_;
+    std::unique_ptr<MtdevBridge> protocolA_;  // for a device without slots
     std::vector<Contact> contacts_;
 };
 

@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "support/log.h"
+#include "touchpad/touchpad_notices.h"
 
 namespace ostrelle {
 namespace {
@@ -105,11 +106,7 @@ bool TouchpadReader::tryOpen(const std::string& node, int& error) {
 
 void TouchpadReader::add(std::unique_ptr<EvdevTouchpad> touchpad) {
     const int fd = touchpad->fd();
-    if (touchpad->description().semiMultitouch)
-        Log::warning(
-            fmt::format("\"{}\" reports only the box around the fingers: resting fingers cannot be told "
-                        "apart from moving ones on it",
-                        touchpad->description().name));
+    if (const auto notice = limitationNotice(touchpad->description())) Log::warning(*notice);
     addToEpoll(epoll_, fd);
     order_.push_back(fd);
     touchpads_.emplace(fd, std::move(touchpad));
