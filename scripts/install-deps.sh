@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libfmt-dev nlohmann-json3-dev uuid-dev libutf8proc-dev
   libevdev-dev libmtdev-dev libudev-dev libsystemd-dev
+  qemu-system-x86 busybox-static cpio
   clang-format clang-tidy
 )
 

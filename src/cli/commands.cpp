@@ -5,10 +5,13 @@
 namespace ostrelle::cli {
 
 std::span<const Command> commands() {
-    // New subcommands (record) join this table.
+    // New subcommands join this table.
     static const std::array table {
         replayCommand(), gesturesCommand(), describeCommand(), actionsCommand(), bindingsCommand(),
             bindCommand(), unbindCommand(),
+#if defined(__linux__)
+            recordCommand(),
+#endif
 #if defined(OSTRELLE_SERVICE)
             runCommand(), toggleCommand(), statusCommand(), settingsCommand(),
 #endif

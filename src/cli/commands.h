@@ -12,15 +12,17 @@ const Command& actionsCommand();
 const Command& bindingsCommand();
 const Command& bindCommand();
 const Command& unbindCommand();
+// Linux: the live touchpad as a recording.
+const Command& recordCommand();
 // The background service and the commands that reach it (Linux).
 const Command& runCommand();
 const Command& toggleCommand();
 const Command& statusCommand();
 const Command& settingsCommand();
 
-// The service stops on SIGTERM and SIGINT by itself, through its event loop.
+// These stop on SIGTERM and SIGINT by themselves, finishing their work first.
 inline bool handlesTerminationSignals(std::string_view command) {
-    return command == "run";
+    return command == "run" || command == "record";
 }
 
 }  // namespace ostrelle::cli

@@ -12,11 +12,11 @@
 #include "cli/commands.h"
 #include "cli/engine_lines.h"
 #include "cli/output.h"
-#include "cli/service/pending_hookups.h"
 #include "cli/service/recording_playback.h"
 #include "cli/service/service.h"
 #include "cli/store_session.h"
 #include "engine/inert_hot_key_registrar.h"
+#include "platform/linux/evdev_touch_source.h"
 #include "platform/linux/folder_watch.h"
 #include "platform/linux/instance_socket.h"
 #include "platform/linux/signal_watch.h"
@@ -85,7 +85,7 @@ int serve(const ParsedArguments& parsed) {
         input.playback = playback.get();
         input.source = std::move(playback);
     } else {
-        input.source = makeTouchpadSource(queue);
+        input.source = std::make_unique<EvdevTouchSource>(queue);
     }
 
     DryRunSystemPort system;

@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 
 #include "actions/key_shortcut_json.h"
-#include "cli/service/pending_hookups.h"
 #include "platform/linux/instance_socket.h"
 #include "support/json_error.h"
 
