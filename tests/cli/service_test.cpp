@@ -82,14 +82,22 @@ long contextSwitches(int pid) {
     return total;
 }
 
+// The service on a recording with one frame now and the next far off: nothing to do in
+// between, and no dependence on the touchpads of the machine running the tests.
+std::vector<std::string> runWithoutTouchpad(const ScratchHome& home) {
+    const fs::path idle = home.temporaryFolder() / "idle.jsonl";
+    testing::writeText(idle, "{\"t\": 0, \"touches\": []}\n{\"t\": 600, \"touches\": []}\n");
+    return {"run", "--replay", idle.string()};
+}
+
 TEST(Service, ANewcomerTakesOverFromTheRunningOneAndFromAStaleSocket) {
     const ScratchHome home;
     leaveStaleSocket(socketFile(home));
-    BackgroundCLI first({"run"}, home);
+    BackgroundCLI first(runWithoutTouchpad(home), home);
     ASSERT_TRUE(first.waitUntilReady());
     EXPECT_EQ(status(home)["pid"], first.pid());
 
-    BackgroundCLI second({"run"}, home);
+    BackgroundCLI second(runWithoutTouchpad(home), home);
     ASSERT_TRUE(second.waitUntilReady());
     const CLIResult replaced = first.finish();  // it was asked to quit, and did
     EXPECT_EQ(replaced.status, 0) << replaced.err;
@@ -108,7 +116,7 @@ TEST(Service, ToggleAndStatusReachTheRunningInstanceAndSayWhenNoneRuns) {
         EXPECT_EQ(none.status, 1) << command;
         EXPECT_EQ(none.err, notRunning) << command;
     }
-    BackgroundCLI service({"run"}, home);
+    BackgroundCLI service(runWithoutTouchpad(home), home);
     ASSERT_TRUE(service.waitUntilReady());
     const nlohmann::json before = status(home);
     EXPECT_EQ(before["listening"], true);
@@ -122,14 +130,17 @@ TEST(Service, ToggleAndStatusReachTheRunningInstanceAndSayWhenNoneRuns) {
     EXPECT_EQ(service.finish(SIGINT).status, 0);
 }
 
-TEST(Service, FollowsSettingsThatAnotherProcessChanges) {
+TEST(Service, FollowsSettingsAndBindingsThatAnotherProcessChanges) {
     const ScratchHome home;
-    BackgroundCLI service({"run"}, home);
+    BackgroundCLI service(runWithoutTouchpad(home), home);
     ASSERT_TRUE(service.waitUntilReady());
     ASSERT_EQ(runCLI({"settings", "listening", "false"}, "", home).status, 0);
     EXPECT_TRUE(statusSettles(home, "listening", false));
     ASSERT_EQ(runCLI({"settings", "--delete", "listening"}, "", home).status, 0);
     EXPECT_TRUE(statusSettles(home, "listening", true));  // absent means on
+    // So does a binding made beside it.
+    ASSERT_EQ(runCLI({"bind", "3.swipe.up", "browsers/reload"}, "", home).status, 0);
+    EXPECT_TRUE(statusSettles(home, "bindings", 5));
     EXPECT_EQ(service.finish(SIGTERM).status, 0);
 }
 
@@ -207,10 +218,7 @@ TEST(Service, DryRunOfARecordingPrintsWhatAReplayPrintsAndEnds) {
 
 TEST(Service, SleepsWhileNothingHappens) {
     const ScratchHome home;
-    const fs::path idle = home.temporaryFolder() / "idle.jsonl";
-    // A touch now and the next one far off: in between there is nothing to do.
-    testing::writeText(idle, "{\"t\": 0, \"touches\": []}\n{\"t\": 600, \"touches\": []}\n");
-    BackgroundCLI service({"run", "--replay", idle.string()}, home);
+    BackgroundCLI service(runWithoutTouchpad(home), home);
     ASSERT_TRUE(service.waitUntilReady());
     ASSERT_EQ(status(home)["events"]["all"], 1);  // settled: the first frame is in
     const long before = contextSwitches(service.pid());
