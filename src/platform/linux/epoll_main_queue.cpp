@@ -77,7 +77,7 @@ TaskHandle EpollMainQueue::postAfter(double seconds, Task task) {
     return TaskHandle(cancelled);
 }
 
-void EpollMainQueue::wake() {
+void EpollMainQueue::wake() const {
     const std::uint64_t one = 1;
     while (::write(wakeFd_, &one, sizeof one) < 0 && errno == EINTR) {
     }

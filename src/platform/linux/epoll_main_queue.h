@@ -65,7 +65,7 @@ class EpollMainQueue final : public MainQueue {
         }
     };
 
-    void wake();
+    void wake() const;
     void runDue();
     // The due time of the earliest task neither run nor cancelled.
     std::optional<double> nextDue();
