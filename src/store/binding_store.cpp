@@ -89,8 +89,13 @@ std::optional<std::filesystem::path> BindingStore::setAside() const {
     return aside;
 }
 
+// Beside the bindings file rather than on it: the atomic rename replaces the file's inode.
+std::filesystem::path BindingStore::lockFile() const {
+    return fileURL_.string() + ".lock";
+}
+
 void BindingStore::loadFile(bool launchedBefore) {
-    const FolderLock lock(fileURL_.parent_path());
+    const FileLock lock(lockFile());
     // Under the lock no writer is halfway, so any temporary file is a killed writer's.
     removeAbandonedTemporaries(fileURL_);
     const FileReadResult read = readWholeFile(fileURL_);
@@ -183,7 +188,7 @@ bool BindingStore::isInUse(const Gesture& gesture, const std::optional<std::stri
 }
 
 bool BindingStore::save(const GestureBinding& binding) {
-    const FolderLock lock(fileURL_.parent_path());
+    const FileLock lock(lockFile());
     catchUpWithFile();
     if (isInUse(binding.gesture, binding.id)) return false;
     std::vector<GestureBinding> updated = bindings_;
@@ -200,7 +205,7 @@ bool BindingStore::save(const GestureBinding& binding) {
 }
 
 void BindingStore::remove(const std::string& id) {
-    const FolderLock lock(fileURL_.parent_path());
+    const FileLock lock(lockFile());
     catchUpWithFile();
     std::vector<GestureBinding> updated = bindings_;
     std::erase_if(updated, [&](const GestureBinding& b) { return b.id == id; });

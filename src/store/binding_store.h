@@ -64,6 +64,7 @@ class BindingStore {
     void loadFile(bool launchedBefore);
     void setBindings(std::vector<GestureBinding> bindings);
     void persist();
+    std::filesystem::path lockFile() const;
     std::filesystem::path sideFile(const std::string& kind) const;
     // The decoded bindings the store can use, with current action ids.
     std::vector<GestureBinding> usable(std::vector<GestureBinding> decoded) const;

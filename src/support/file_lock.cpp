@@ -5,26 +5,33 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
+#include <system_error>
 
 namespace ostrelle {
 
-FolderLock::FolderLock(const std::filesystem::path& folder) {
+FileLock::FileLock(const std::filesystem::path& lockFile, Mode mode) {
     std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
-    fd_ = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd_ < 0) return;
-    int result = 0;
-    do {
-        result = ::flock(fd_, LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) {
-        ::close(fd_);
-        fd_ = -1;
+    std::filesystem::create_directories(lockFile.parent_path(), ignored);
+    const int fd = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        error_ = "cannot open " + lockFile.string() + ": " + std::strerror(errno);
+        return;
     }
+    const int operation = mode == Mode::wait ? LOCK_EX : LOCK_EX | LOCK_NB;
+    int result = 0;
+    while ((result = ::flock(fd, operation)) != 0 && errno == EINTR) {
+    }
+    if (result != 0) {
+        if (errno != EWOULDBLOCK) error_ = "cannot lock " + lockFile.string() + ": " + std::strerror(errno);
+        ::close(fd);
+        return;
+    }
+    fd_ = fd;
 }
 
-FolderLock::~FolderLock() {
-    // Closing the descriptor releases the lock.
+FileLock::~FileLock() {
+    // Closing the only descriptor releases the lock.
     if (fd_ >= 0) ::close(fd_);
 }
 

@@ -1,25 +1,30 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace ostrelle {
 
-// An advisory lock held on a folder for as long as this object lives, so that processes that
-// read, change and rewrite a file in it take turns. Locking the folder rather than the file
-// survives the atomic rename that replaces the file. Blocks until the lock is free. When the
-// folder cannot be opened or locked it holds nothing: the caller goes on unlocked, as it did
-// before locks existed, rather than failing the user's change.
-class FolderLock {
+// An advisory lock (flock) on a lock file, held from construction to destruction: what makes a
+// read-modify-write of a shared file one step for every process that takes the same lock. The
+// lock file itself stays; it holds nothing and costs nothing, and removing it would race.
+class FileLock {
   public:
-    explicit FolderLock(const std::filesystem::path& folder);
-    ~FolderLock();
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
+    enum class Mode { wait, tryOnce };
+
+    explicit FileLock(const std::filesystem::path& lockFile, Mode mode = Mode::wait);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
 
     bool isHeld() const { return fd_ >= 0; }
+    // Why the lock is not held (empty when another process holds it under Mode::tryOnce).
+    const std::string& error() const { return error_; }
 
   private:
     int fd_ = -1;
+    std::string error_;
 };
 
 }  // namespace ostrelle

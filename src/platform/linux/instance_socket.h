@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/linux/epoll_main_queue.h"
-#include "platform/linux/file_lock.h"
+#include "support/file_lock.h"
 #include "support/default_paths.h"
 
 namespace ostrelle {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/linux/file_lock.h"
+#include "support/file_lock.h"
 #include "support/atomic_file.h"
 #include "support/log.h"
 
