@@ -55,7 +55,7 @@ const Command& statusCommand() {
         "status",
         "",
         "Prints the running service's state as one JSON object: listening, sourceError, events, "
-        "bindings and pid.",
+        "touchpads (how many it reads; absent while it plays a recording), bindings and pid.",
         [](Arguments arguments) { return ask(statusCommand(), arguments, "status"); },
     };
     return command;

@@ -35,6 +35,7 @@ constexpr double linesResolution = 0.001;  // seconds: the dry run's times, to t
 struct TouchInput {
     std::unique_ptr<TouchSource> source;
     RecordingPlayback* playback = nullptr;  // the same object, when it is a recording
+    std::function<int()> touchpadsOpen;     // when it is the touchpads
 };
 
 int serve(const ParsedArguments& parsed) {
@@ -85,12 +86,14 @@ int serve(const ParsedArguments& parsed) {
         input.playback = playback.get();
         input.source = std::move(playback);
     } else {
-        input.source = std::make_unique<EvdevTouchSource>(queue);
+        auto touchpads = std::make_unique<EvdevTouchSource>(queue);
+        input.touchpadsOpen = [source = touchpads.get()] { return source->openTouchpads(); };
+        input.source = std::move(touchpads);
     }
 
     DryRunSystemPort system;
     InertHotKeyRegistrar hotKeys;
-    Service service({queue, *input.source, system, settings, *store, hotKeys});
+    Service service({queue, *input.source, system, settings, *store, hotKeys, input.touchpadsOpen});
     answer = [&service](const std::string& request) { return service.answer(request); };
     std::optional<EngineLines> lines;
     if (parsed.has(dryRunFlag)) {

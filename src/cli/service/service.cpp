@@ -43,6 +43,7 @@ std::string Service::answer(const std::string& request) {
         reply["listening"] = engine_.isEnabled();
         reply["sourceError"] = engine_.sourceError() ? Json(*engine_.sourceError()) : Json(nullptr);
         reply["events"] = {{"all", counts.all}, {"touched", counts.touched}};
+        if (parts_.touchpadsOpen) reply["touchpads"] = parts_.touchpadsOpen();
         reply["bindings"] = parts_.store.bindings().size();
         reply["pid"] = ::getpid();
     } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "engine/gesture_engine.h"
@@ -20,6 +21,8 @@ class Service {
         SettingsFile& settings;
         BindingStore& store;
         HotKeyRegistrar& hotKeys;
+        // How many touchpads the source reads now; absent for a recording.
+        std::function<int()> touchpadsOpen = nullptr;
     };
 
     explicit Service(Parts parts);

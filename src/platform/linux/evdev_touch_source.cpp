@@ -56,6 +56,10 @@ void EvdevTouchSource::stop() {
     delivery_.reset();
 }
 
+int EvdevTouchSource::openTouchpads() const {
+    return reader_ ? reader_->openCount() : 0;
+}
+
 TouchSource::EventCounts EvdevTouchSource::eventCounts() const {
     const std::lock_guard lock(counts_->mutex);
     return counts_->counts;

@@ -35,6 +35,8 @@ class EvdevTouchSource final : public TouchSource {
     std::optional<TouchSourceError> start(FrameHandler onFrame, ClickHandler onClick) override;
     void stop() override;
     EventCounts eventCounts() const override;
+    // Touchpads being read now (0 while stopped); readable from any thread.
+    int openTouchpads() const;
 
     // For tests: holds the reading thread before its next read (true) until released (false).
     void holdReaderForTesting(bool hold);

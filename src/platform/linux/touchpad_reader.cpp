@@ -110,6 +110,7 @@ void TouchpadReader::add(std::unique_ptr<EvdevTouchpad> touchpad) {
     addToEpoll(epoll_, fd);
     order_.push_back(fd);
     touchpads_.emplace(fd, std::move(touchpad));
+    openCount_ = static_cast<int>(touchpads_.size());
 }
 
 void TouchpadReader::remove(int fd) {
@@ -119,6 +120,7 @@ void TouchpadReader::remove(int fd) {
     ::epoll_ctl(epoll_, EPOLL_CTL_DEL, fd, nullptr);
     touchpads_.erase(found);
     std::erase(order_, fd);
+    openCount_ = static_cast<int>(touchpads_.size());
     // Fingers on a touchpad that went away are lifted, or they would stay down for ever.
     if (hadContacts) {
         timespec now{};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -46,6 +47,8 @@ class TouchpadReader {
 
     // Opens the touchpads present and starts the thread; a failure when none could be opened.
     std::optional<Failure> start();
+    // Touchpads open now; readable from any thread.
+    int openCount() const { return openCount_.load(); }
 
     // For tests: holds the thread before its next read (true) until released (false), so the
     // kernel's buffer can overflow. Returns once the thread is held.
@@ -85,6 +88,7 @@ class TouchpadReader {
     };
     std::map<std::string, Pending> pending_;  // nodes that appeared and could not be opened yet
     Clock::time_point nextRetry_;
+    std::atomic<int> openCount_ = 0;
     std::set<std::string> refused_;  // nodes already logged as refused
     std::thread thread_;
     std::mutex holdMutex_;
