@@ -1,22 +1,26 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <chrono>
-#include <cstdint>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <vector>
 
 #include "engine/touch_source.h"
-#include "test_main_queue.h"
+#include "platform/linux/epoll_main_queue.h"
 
-namespace ostrelle::testing {
+namespace ostrelle {
 
-// What a touch source delivered, in order: frames and clicks.
+inline std::ostream& operator<<(std::ostream& out, const Contact& contact) {
+    return out << "(" << contact.id << ", " << contact.x << ", " << contact.y << ")";
+}
+
+namespace testing {
+
+// What a touch source delivered, in order: frames, and clicks (no frame).
 struct Delivered {
     struct Item {
-        std::optional<std::vector<Contact>> frame;  // else a click
+        std::optional<std::vector<Contact>> frame;
         double time = 0;
         bool onOwnUI = false;
     };
@@ -24,46 +28,41 @@ struct Delivered {
 
     TouchSource::FrameHandler onFrame() {
         return [this](std::span<const Contact> contacts, double time) {
-            items.push_back({std::vector<Contact>(contacts.begin(), contacts.end()), time, false});
+            items.push_back({std::vector<Contact>(contacts.begin(), contacts.end()), time});
         };
     }
     TouchSource::ClickHandler onClick() {
         return [this](bool onOwnUI) { items.push_back({std::nullopt, 0, onOwnUI}); };
     }
-    std::optional<std::vector<Contact>> lastFrame() const {
+    std::vector<Contact> lastFrame() const {
         for (auto it = items.rbegin(); it != items.rend(); ++it)
-            if (it->frame) return it->frame;
-        return std::nullopt;
+            if (it->frame) return *it->frame;
+        return {};
     }
 };
 
-// Contacts as (id, x, y), to compare and print.
-struct ExpectedContact {
-    std::int64_t id = 0;
-    double x = 0;
-    double y = 0;
-};
-
-inline bool matches(const std::vector<Contact>& contacts, const std::vector<ExpectedContact>& expected) {
-    if (contacts.size() != expected.size()) return false;
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-        if (contacts[i].id != expected[i].id || std::abs(contacts[i].x - expected[i].x) > 1e-9 ||
-            std::abs(contacts[i].y - expected[i].y) > 1e-9)
-            return false;
-    }
-    return true;
+// Runs the service's own queue until `done` holds (looked at every few milliseconds, as it may
+// change on the reader's thread), then what was posted by then; false if `limit` passed first.
+inline bool runUntil(EpollMainQueue& queue, const std::function<bool()>& done,
+                     std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+    const double deadline = queue.now() + std::chrono::duration<double>(limit).count();
+    bool met = false;
+    std::function<void()> check = [&] {
+        met = done();
+        if (met || queue.now() >= deadline)
+            queue.post([&queue] { queue.quit(); });
+        else
+            queue.postAfter(0.005, check);
+    };
+    queue.post(check);
+    queue.run();
+    return met;
 }
 
-inline std::ostream& operator<<(std::ostream& out, const Contact& contact) {
-    return out << "(" << contact.id << ", " << contact.x << ", " << contact.y << ")";
+// Until the source has read `reports` reports in all; it posts a report's delivery before counting it.
+inline bool waitForReports(EpollMainQueue& queue, const TouchSource& source, std::int64_t reports) {
+    return runUntil(queue, [&] { return source.eventCounts().all >= reports; });
 }
 
-// Waits, running the queue, until the source has read `reports` reports in all.
-inline bool waitForReports(TestMainQueue& queue, const TouchSource& source, std::int64_t reports,
-                           std::chrono::milliseconds limit = std::chrono::seconds(5)) {
-    const bool read = queue.runUntil([&] { return source.eventCounts().all >= reports; }, limit);
-    queue.runDue();
-    return read;
-}
-
-}  // namespace ostrelle::testing
+}  // namespace testing
+}  // namespace ostrelle

@@ -9,32 +9,32 @@ struct libevdev_uinput;
 
 namespace ostrelle::testing {
 
-// The shape of a made-up input device: by default a clickpad with five slots.
+// The shape of a made-up input device: by default a clickpad with five slots, 1000 by 600.
 struct DeviceShape {
     std::string name = "Ostrelle test touchpad";
     int slots = 5;
-    std::int32_t xMaximum = 1000;
-    std::int32_t yMaximum = 600;
     bool multitouch = true;  // ABS_MT_* axes, else single-touch ABS_X/Y only
     bool fingerTool = true;  // BTN_TOOL_FINGER..QUINTTAP
     bool direct = false;     // INPUT_PROP_DIRECT: a touch screen
     bool keyboard = false;   // a few keys and nothing else
 };
 
+// An evemu description file: N:, P:, B: and A: lines.
+struct EvemuDescription {
+    std::string path;
+};
+
 // A device made with uinput, as the kernel shows any other; gone when this is destroyed. Events
 // go out as written, so callers write what a driver would (the kernel drops unchanged values).
 class UinputDevice {
   public:
-    explicit UinputDevice(const DeviceShape& shape);
-    // A device with the capabilities of an evemu description file (N:, I:, P:, B:, A: lines).
-    static std::unique_ptr<UinputDevice> fromEvemuDescription(const std::string& path);
+    explicit UinputDevice(const DeviceShape& shape = {});
+    explicit UinputDevice(const EvemuDescription& description);
     ~UinputDevice();
     UinputDevice(const UinputDevice&) = delete;
     UinputDevice& operator=(const UinputDevice&) = delete;
 
-    // /dev/input/eventN
-    std::string node() const;
-
+    std::string node() const;  // /dev/input/eventN
     void write(std::uint16_t type, std::uint16_t code, std::int32_t value);
     void report();
 
@@ -46,7 +46,7 @@ class UinputDevice {
     void fingers(int count);
 
   private:
-    explicit UinputDevice(libevdev* description);
+    void create();
     libevdev* description_ = nullptr;
     libevdev_uinput* device_ = nullptr;
     int fingers_ = 0;

@@ -15,6 +15,12 @@ namespace {
 using testing::readText;
 using testing::writeText;
 
+class SettingsFileTest : public ::testing::Test {
+  protected:
+    testing::TemporaryFolder folder;
+    const std::filesystem::path file = folder / "settings.json";
+};
+
 struct ReadCase {
     std::string name;
     std::string content;  // empty: no file
@@ -22,12 +28,10 @@ struct ReadCase {
     std::optional<std::string> shortcut;
 };
 
-class SettingsFileRead : public ::testing::TestWithParam<ReadCase> {};
+class SettingsFileRead : public SettingsFileTest, public ::testing::WithParamInterface<ReadCase> {};
 
 TEST_P(SettingsFileRead, ReadsWhatItCanAndLeavesTheFileAlone) {
     const ReadCase& row = GetParam();
-    testing::TemporaryFolder folder;
-    const auto file = folder / "settings.json";
     if (!row.content.empty()) writeText(file, row.content);
     const SettingsFile settings(file);
     EXPECT_EQ(settings.boolValue(settings_keys::listening), row.listening);
@@ -48,9 +52,7 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"notAnObject", "[true]", std::nullopt, std::nullopt}),
     [](const auto& row) { return row.param.name; });
 
-TEST(SettingsFile, AChangeReplacesABadFileAndDataStaysReadable) {
-    testing::TemporaryFolder folder;
-    const auto file = folder / "settings.json";
+TEST_F(SettingsFileTest, AChangeReplacesABadFileAndDataStaysReadable) {
     writeText(file, "garbage");
     SettingsFile settings(file);
     settings.setData(settings_keys::toggleShortcut, R"({"key":17,"modifiers":["control"]})");
@@ -64,22 +66,18 @@ TEST(SettingsFile, AChangeReplacesABadFileAndDataStaysReadable) {
     EXPECT_FALSE(SettingsFile(file).boolValue(settings_keys::listening));
 }
 
-TEST(SettingsFile, ConcurrentWritersKeepEveryKey) {
-    testing::TemporaryFolder folder;
-    const auto file = folder / "settings.json";
+TEST_F(SettingsFileTest, ConcurrentWritersKeepEveryKey) {
     constexpr int writers = 8;
     std::vector<std::thread> threads;
     // Each its own SettingsFile, as separate processes would be; the lock is per open file.
     for (int i = 0; i < writers; ++i)
-        threads.emplace_back([&file, i] { SettingsFile(file).setBool("key" + std::to_string(i), true); });
+        threads.emplace_back([this, i] { SettingsFile(file).setBool("key" + std::to_string(i), true); });
     for (auto& thread : threads) thread.join();
     const SettingsFile settings(file);
     for (int i = 0; i < writers; ++i) EXPECT_TRUE(settings.boolValue("key" + std::to_string(i))) << i;
 }
 
-TEST(SettingsFile, ReloadNamesTheKeysAnotherWriterChanged) {
-    testing::TemporaryFolder folder;
-    const auto file = folder / "settings.json";
+TEST_F(SettingsFileTest, ReloadNamesTheKeysAnotherWriterChanged) {
     SettingsFile mine(file);
     mine.setBool(settings_keys::listening, true);
     mine.setBool(settings_keys::hapticFeedback, true);
