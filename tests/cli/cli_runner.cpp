@@ -5,7 +5,6 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,7 +13,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -42,20 +40,17 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-}  // namespace
+// A started program and this process's ends of its standard input, output and error.
+struct Started {
+    pid_t pid;
+    int input;
+    int out;
+    int err;
+};
 
-std::vector<std::string> CLIResult::outLines() const {
-    std::vector<std::string> lines;
-    std::istringstream stream(out);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-}
-
-CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input, const ScratchHome& home,
-                 const SignalAfter& signal) {
+Started start(const std::vector<std::string>& arguments, std::vector<std::string> environment) {
     std::vector<std::string> argv{OSTRELLE_CLI_PATH};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> environment = environmentFor(home);
     const std::vector<char*> argp = pointersTo(argv);
     const std::vector<char*> envp = pointersTo(environment);
     std::array<std::array<int, 2>, 3> pipes{};  // standard input, output, error: read end, write end
@@ -77,23 +72,26 @@ CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& i
     }
     for (const int childEnd : {pipes[0][0], pipes[1][1], pipes[2][1]}) ::close(childEnd);
     if (pid < 0) throw std::runtime_error("cannot start " OSTRELLE_CLI_PATH);
-    // A program that ended before reading fails the write, as this process ignores SIGPIPE.
-    [[maybe_unused]] const ssize_t written = ::write(pipes[0][1], input.data(), input.size());
-    bool signalled = signal.number == 0;
-    if (signalled) ::close(std::exchange(pipes[0][1], -1));
+    return {pid, pipes[0][1], pipes[1][0], pipes[2][0]};
+}
 
+// Reads the program's output until it closes it, sending `signal` once the output shows, and
+// closing its input then (at once without a signal); then waits for its end.
+CLIResult collect(Started child, const SignalAfter& signal) {
+    bool signalled = signal.number == 0;
+    if (signalled) ::close(std::exchange(child.input, -1));
     CLIResult result;
-    std::array<pollfd, 2> outputs{{{pipes[1][0], POLLIN, 0}, {pipes[2][0], POLLIN, 0}}};  // closed: fd -1
+    std::array<pollfd, 2> outputs{{{child.out, POLLIN, 0}, {child.err, POLLIN, 0}}};  // closed: fd -1
     const auto deadline = std::chrono::steady_clock::now() + cliTimeLimit;
     while (outputs[0].fd >= 0 || outputs[1].fd >= 0) {
         if (!signalled && result.out.find(signal.output) != std::string::npos)
-            signalled = ::kill(pid, signal.number) == 0;
+            signalled = ::kill(child.pid, signal.number) == 0;
         const auto left =
             std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0 ||
             (::poll(outputs.data(), outputs.size(), static_cast<int>(left.count())) < 0 && errno != EINTR)) {
             ADD_FAILURE() << "ostrelle-cli still running after " << cliTimeLimit.count() << " s; killed";
-            ::kill(pid, SIGKILL);
+            ::kill(child.pid, SIGKILL);
             break;
         }
         for (std::size_t i = 0; i < outputs.size(); ++i) {
@@ -107,50 +105,48 @@ CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& i
             }
         }
     }
-    for (const int fd : {outputs[0].fd, outputs[1].fd, pipes[0][1]}) ::close(fd);  // -1 when already closed
+    for (const int fd : {outputs[0].fd, outputs[1].fd, child.input}) ::close(fd);  // -1 when already closed
     int wait = 0;
-    ::waitpid(pid, &wait, 0);
+    ::waitpid(child.pid, &wait, 0);
     result.status = WIFEXITED(wait) ? WEXITSTATUS(wait) : -1;
     result.signal = WIFSIGNALED(wait) ? WTERMSIG(wait) : 0;
     return result;
 }
 
+}  // namespace
+
+std::vector<std::string> CLIResult::outLines() const {
+    std::vector<std::string> lines;
+    std::istringstream stream(out);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input, const ScratchHome& home,
+                 const SignalAfter& signal) {
+    const Started child = start(arguments, environmentFor(home));
+    // A program that ended before reading fails the write, as this process ignores SIGPIPE.
+    [[maybe_unused]] const ssize_t written = ::write(child.input, input.data(), input.size());
+    return collect(child, signal);
+}
+
 BackgroundCLI::BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home) {
     static int started = 0;
-    const std::string stem = (home.temporaryFolder() / ("background-" + std::to_string(++started))).string();
-    outFile_ = stem + ".out";
-    errFile_ = stem + ".err";
-    const std::string notifyPath = stem + ".notify";
+    const std::string notifyPath =
+        (home.temporaryFolder() / ("notify-" + std::to_string(++started))).string();
     notify_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, notifyPath.c_str(), sizeof address.sun_path - 1);
     if (notify_ < 0 || ::bind(notify_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         throw std::runtime_error("cannot make the notify socket " + notifyPath);
-
-    std::vector<std::string> argv{OSTRELLE_CLI_PATH};
-    argv.insert(argv.end(), arguments.begin(), arguments.end());
     std::vector<std::string> environment = environmentFor(home);
     environment.push_back("NOTIFY_SOCKET=" + notifyPath);
-    const std::vector<char*> argp = pointersTo(argv);
-    const std::vector<char*> envp = pointersTo(environment);
-    const int out = ::open(outFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    const int err = ::open(errFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    pid_ = ::fork();
-    if (pid_ == 0) {
-        ::dup2(in, STDIN_FILENO);
-        ::dup2(out, STDOUT_FILENO);
-        ::dup2(err, STDERR_FILENO);
-        sigset_t none;
-        sigemptyset(&none);
-        ::sigprocmask(SIG_SETMASK, &none, nullptr);
-        for (const int number : {SIGPIPE, SIGINT, SIGTERM}) ::signal(number, SIG_DFL);
-        ::execve(argp[0], argp.data(), envp.data());
-        ::_exit(127);
-    }
-    for (const int fd : {in, out, err}) ::close(fd);
-    if (pid_ < 0) throw std::runtime_error("cannot start " OSTRELLE_CLI_PATH);
+    const Started child = start(arguments, environment);
+    ::close(child.input);  // its input is at its end from the start
+    pid_ = child.pid;
+    out_ = child.out;
+    err_ = child.err;
 }
 
 BackgroundCLI::~BackgroundCLI() {
@@ -158,43 +154,21 @@ BackgroundCLI::~BackgroundCLI() {
         ::kill(pid_, SIGKILL);
         ::waitpid(pid_, nullptr, 0);
     }
-    if (notify_ >= 0) ::close(notify_);
+    for (const int fd : {notify_, out_, err_}) ::close(fd);  // -1 when never opened or already closed
 }
 
 bool BackgroundCLI::waitUntilReady() {
-    const auto deadline = std::chrono::steady_clock::now() + cliTimeLimit;
-    for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
-        pollfd wait{notify_, POLLIN, 0};
-        if (left <= 0 || ::poll(&wait, 1, static_cast<int>(left)) == 0) return false;
-        std::array<char, 512> message{};
-        const ssize_t count = ::recv(notify_, message.data(), message.size() - 1, 0);
-        if (count > 0 && std::string(message.data()).find("READY=1") != std::string::npos) return true;
-    }
+    pollfd wait{notify_, POLLIN, 0};
+    std::array<char, 512> message{};
+    return ::poll(&wait, 1, static_cast<int>(std::chrono::milliseconds(cliTimeLimit).count())) == 1 &&
+           ::recv(notify_, message.data(), message.size() - 1, 0) > 0 &&
+           std::string(message.data()).find("READY=1") != std::string::npos;
 }
 
 CLIResult BackgroundCLI::finish(int signal) {
-    CLIResult result;
-    if (pid_ <= 0) return result;
+    if (pid_ <= 0) return {};
     if (signal != 0) ::kill(pid_, signal);
-    // The pidfd becomes readable when the process ends: an event to wait for, with a limit.
-    const int pidfd = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
-    pollfd ending{pidfd, POLLIN, 0};
-    const int limit = static_cast<int>(std::chrono::milliseconds(cliTimeLimit).count());
-    int wait = 0;
-    if (pidfd < 0 || ::poll(&ending, 1, limit) != 1) {
-        ADD_FAILURE() << "ostrelle-cli still running after " << cliTimeLimit.count() << " s; killed";
-        ::kill(pid_, SIGKILL);
-    }
-    if (pidfd >= 0) ::close(pidfd);
-    ::waitpid(pid_, &wait, 0);
-    pid_ = -1;
-    result.status = WIFEXITED(wait) ? WEXITSTATUS(wait) : -1;
-    result.signal = WIFSIGNALED(wait) ? WTERMSIG(wait) : 0;
-    result.out = readText(outFile_);
-    result.err = readText(errFile_);
-    return result;
+    return collect({std::exchange(pid_, -1), -1, std::exchange(out_, -1), std::exchange(err_, -1)}, {});
 }
 
 }  // namespace ostrelle::testing

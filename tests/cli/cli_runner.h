@@ -35,9 +35,9 @@ constexpr std::chrono::seconds cliTimeLimit{30};
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input = "",
                  const ScratchHome& home = guardedHome(), const SignalAfter& signal = {});
 
-// ostrelle-cli started in the background with the folders of `home`, its output collected in
-// files. It tells when it is ready through NOTIFY_SOCKET, as it would tell systemd. A program
-// still running when this goes away is killed.
+// ostrelle-cli started in the background with the folders of `home`, its output read when it
+// ends (no more than pipes hold). It tells when it is ready through NOTIFY_SOCKET, as it would tell systemd.
+// A program still running when this goes away is killed.
 class BackgroundCLI {
   public:
     BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home);
@@ -46,7 +46,8 @@ class BackgroundCLI {
     BackgroundCLI& operator=(const BackgroundCLI&) = delete;
 
     int pid() const { return pid_; }
-    // Waits, at most cliTimeLimit, for "READY=1"; false when it ended or never said it.
+    // Waits, at most cliTimeLimit, for its first notification: "READY=1"; false when it ended or
+    // never said it.
     bool waitUntilReady();
     // Sends the signal (none: only waits) and waits, at most cliTimeLimit, for the end.
     CLIResult finish(int signal = 0);
@@ -54,8 +55,8 @@ class BackgroundCLI {
   private:
     int pid_ = -1;
     int notify_ = -1;
-    std::string outFile_;
-    std::string errFile_;
+    int out_ = -1;
+    int err_ = -1;
 };
 
 }  // namespace ostrelle::testing

@@ -1,16 +1,14 @@
 // The background service as a user meets it: one instance per user that a newcomer replaces,
 // reached by toggle and status, following the settings file, replaying a recording in real time,
 // and asleep while nothing happens.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -35,6 +33,11 @@ nlohmann::json status(const ScratchHome& home) {
     return nlohmann::json::parse(result.out, nullptr, false);
 }
 
+// Exit status, then what it printed: "STATUS OUT+ERR".
+std::string shown(const CLIResult& result) {
+    return std::to_string(result.status) + " " + result.out + result.err;
+}
+
 // The service hears of a file change a moment after the writer is done; ask until it shows.
 bool statusSettles(const ScratchHome& home, const char* key, const nlohmann::json& wanted) {
     const auto deadline = std::chrono::steady_clock::now() + testing::cliTimeLimit;
@@ -47,26 +50,9 @@ fs::path socketFile(const ScratchHome& home) {
     return fs::path(*home.lookup()("XDG_RUNTIME_DIR")) / "ostrelle" / "ostrelle.sock";
 }
 
-// A socket file whose owner is gone, as a killed instance leaves it.
-void leaveStaleSocket(const fs::path& file) {
-    fs::create_directories(file.parent_path());
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, file.c_str(), sizeof address.sun_path - 1);
-    ASSERT_EQ(::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    ::close(fd);
-}
-
 // The times vary with the real clock; what happened must not.
-Lines withoutTimes(const Lines& lines) {
-    Lines result;
-    for (const std::string& line : lines) {
-        auto value = nlohmann::json::parse(line);
-        value.erase("t");
-        result.push_back(value.dump());
-    }
-    return result;
+std::string withoutTimes(const std::string& out) {
+    return std::regex_replace(out, std::regex(R"("t": [^,]+, )"), "");
 }
 
 // Context switches of every thread of a process: each wake-up is one.
@@ -90,32 +76,37 @@ std::vector<std::string> runWithoutTouchpad(const ScratchHome& home) {
     return {"run", "--replay", idle.string()};
 }
 
-TEST(Service, ANewcomerTakesOverFromTheRunningOneAndFromAStaleSocket) {
+TEST(Service, ANewcomerTakesOverFromTheRunningOneAndFromAStaleSocketThenSleepsWhileNothingHappens) {
     const ScratchHome home;
-    leaveStaleSocket(socketFile(home));
+    {
+        BackgroundCLI killed(runWithoutTouchpad(home), home);
+        ASSERT_TRUE(killed.waitUntilReady());
+    }  // and killed, which leaves a socket file without an owner
+    ASSERT_TRUE(fs::exists(socketFile(home)));
     BackgroundCLI first(runWithoutTouchpad(home), home);
     ASSERT_TRUE(first.waitUntilReady());
     EXPECT_EQ(status(home)["pid"], first.pid());
 
     BackgroundCLI second(runWithoutTouchpad(home), home);
     ASSERT_TRUE(second.waitUntilReady());
-    const CLIResult replaced = first.finish();  // it was asked to quit, and did
-    EXPECT_EQ(replaced.status, 0) << replaced.err;
-    EXPECT_EQ(status(home)["pid"], second.pid());
+    EXPECT_EQ(shown(first.finish()), "0 ");  // it was asked to quit, and did
+    const nlohmann::json settled = status(home);
+    EXPECT_EQ(settled["pid"], second.pid());
+    ASSERT_EQ(settled["events"]["all"], 1);  // settled: the first frame is in
+    const long before = contextSwitches(second.pid());
+    // The one test that waits on the clock: it measures idling, for a bounded second and a half.
+    ::poll(nullptr, 0, 1500);
+    EXPECT_EQ(contextSwitches(second.pid()), before);
 
-    const CLIResult stopped = second.finish(SIGTERM);
-    EXPECT_EQ(stopped.status, 0) << stopped.err;
+    EXPECT_EQ(shown(second.finish(SIGTERM)), "0 ");
     EXPECT_FALSE(fs::exists(socketFile(home)));
     EXPECT_EQ(runCLI({"status"}, "", home).err, notRunning);
 }
 
-TEST(Service, ToggleAndStatusReachTheRunningInstanceAndSayWhenNoneRuns) {
+TEST(Service, ToggleStatusAndFilesChangedByAnotherProcessReachTheRunningInstance) {
     const ScratchHome home;
-    for (const char* command : {"status", "toggle"}) {
-        const CLIResult none = runCLI({command}, "", home);
-        EXPECT_EQ(none.status, 1) << command;
-        EXPECT_EQ(none.err, notRunning) << command;
-    }
+    EXPECT_EQ(shown(runCLI({"status"}, "", home)), "1 " + notRunning);
+    EXPECT_EQ(shown(runCLI({"toggle"}, "", home)), "1 " + notRunning);
     BackgroundCLI service(runWithoutTouchpad(home), home);
     ASSERT_TRUE(service.waitUntilReady());
     const nlohmann::json before = status(home);
@@ -123,109 +114,57 @@ TEST(Service, ToggleAndStatusReachTheRunningInstanceAndSayWhenNoneRuns) {
     EXPECT_EQ(before["sourceError"], nullptr);
     EXPECT_EQ(before["bindings"], 4);  // the seed for a first start
 
-    EXPECT_EQ(runCLI({"toggle"}, "", home).out, "{\"listening\": false}\n");
+    EXPECT_EQ(shown(runCLI({"toggle"}, "", home)), "0 {\"listening\": false}\n");
     EXPECT_EQ(status(home)["listening"], false);
-    // The switch is a setting like any other: it outlives the service.
-    EXPECT_EQ(runCLI({"settings", "listening"}, "", home).out, "false\n");
-    EXPECT_EQ(service.finish(SIGINT).status, 0);
-}
-
-TEST(Service, FollowsSettingsAndBindingsThatAnotherProcessChanges) {
-    const ScratchHome home;
-    BackgroundCLI service(runWithoutTouchpad(home), home);
-    ASSERT_TRUE(service.waitUntilReady());
-    ASSERT_EQ(runCLI({"settings", "listening", "false"}, "", home).status, 0);
-    EXPECT_TRUE(statusSettles(home, "listening", false));
+    // The switch is a setting like any other: it outlives the service, and the service follows it.
+    EXPECT_EQ(shown(runCLI({"settings", "listening"}, "", home)), "0 false\n");
     ASSERT_EQ(runCLI({"settings", "--delete", "listening"}, "", home).status, 0);
     EXPECT_TRUE(statusSettles(home, "listening", true));  // absent means on
-    // So does a binding made beside it.
     ASSERT_EQ(runCLI({"bind", "3.swipe.up", "browsers/reload"}, "", home).status, 0);
     EXPECT_TRUE(statusSettles(home, "bindings", 5));
-    EXPECT_EQ(service.finish(SIGTERM).status, 0);
+    EXPECT_EQ(service.finish(SIGINT).status, 0);
 }
-
-struct SettingsStep {
-    std::string name;
-    std::vector<std::string> arguments;
-    int status;
-    std::string out;
-    std::string err;
-};
 
 TEST(Service, SettingsCommandValidatesAndShowsWhatItStored) {
     const ScratchHome home;
     const std::string shortcut = R"({"key": 17, "modifiers": ["control", "option"]})";
-    const SettingsStep steps[] = {
-        {"nothingYet", {"settings"}, 0, "{}\n", ""},
-        {"unsetKey", {"settings", "listening"}, 1, "", "error: listening is not set\n"},
-        {"setBoolean", {"settings", "hapticFeedback", "true"}, 0, "", ""},
-        {"notABoolean",
-         {"settings", "listening", "yes"},
-         2,
-         "",
-         "error: listening takes true or false, not \"yes\"\n"},
-        {"setShortcut", {"settings", "toggleShortcut", shortcut}, 0, "", ""},
+    const std::vector<std::tuple<const char*, Lines, std::string>> steps = {
+        {"nothingYet", {}, "0 {}\n"},
+        {"unsetKey", {"listening"}, "1 error: listening is not set\n"},
+        {"setBoolean", {"hapticFeedback", "true"}, "0 "},
+        {"notABoolean", {"listening", "yes"}, "2 error: listening takes true or false, not \"yes\"\n"},
+        {"setShortcut", {"toggleShortcut", shortcut}, "0 "},
         {"shortcutNotGlobal",
-         {"settings", "toggleShortcut", R"({"key": 17, "modifiers": ["shift"]})"},
-         2,
-         "",
-         "error: Use ⌃, ⌥ or ⌘ with a key, or an F-key alone.\n"},
-        {"showOne",
-         {"settings", "toggleShortcut"},
-         0,
-         R"({"key": 17, "modifiers": ["control", "option"]})"
-         "\n",
-         ""},
-        {"delete", {"settings", "--delete", "hapticFeedback"}, 0, "", ""},
-        {"showAll",
-         {"settings"},
-         0,
-         R"({"toggleShortcut": {"key": 17, "modifiers": ["control", "option"]}})"
-         "\n",
-         ""},
+         {"toggleShortcut", R"({"key": 17, "modifiers": ["shift"]})"},
+         "2 error: Use ⌃, ⌥ or ⌘ with a key, or an F-key alone.\n"},
+        {"showOne", {"toggleShortcut"}, "0 " + shortcut + "\n"},
+        {"delete", {"--delete", "hapticFeedback"}, "0 "},
+        {"showAll", {}, "0 {\"toggleShortcut\": " + shortcut + "}\n"},
     };
-    for (const SettingsStep& step : steps) {
-        const CLIResult result = runCLI(step.arguments, "", home);
-        EXPECT_EQ(result.status, step.status) << step.name;
-        EXPECT_EQ(result.out, step.out) << step.name;
-        EXPECT_EQ(result.err, step.err) << step.name;
+    for (const auto& [name, arguments, expected] : steps) {
+        Lines command{"settings"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        EXPECT_EQ(shown(runCLI(command, "", home)), expected) << name;
     }
-    const CLIResult unknown = runCLI({"settings", "volume", "3"}, "", home);
-    EXPECT_EQ(unknown.status, 2);
-    EXPECT_TRUE(unknown.err.starts_with("error: unknown setting \"volume\" (known: listening, "))
-        << unknown.err;
+    EXPECT_THAT(shown(runCLI({"settings", "volume", "3"}, "", home)),
+                ::testing::StartsWith("2 error: unknown setting \"volume\" (known: listening, "));
 }
 
 TEST(Service, DryRunOfARecordingPrintsWhatAReplayPrintsAndEnds) {
     const ScratchHome home;
-    const fs::path bindings = fs::path(*home.lookup()("XDG_CONFIG_HOME")) / "mine.json";
+    const std::string bindings = (home.temporaryFolder() / "mine.json").string();
     testing::writeText(bindings, R"([{"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A21", "gesture": "4.tap",
         "createdAt": 1, "action": {"appID": "browsers", "optionID": "newtab"}}])");
-    const CLIResult replay = runCLI({"replay", example, "--bindings", bindings.string()}, "", home);
+    const CLIResult replay = runCLI({"replay", example, "--bindings", bindings}, "", home);
     ASSERT_EQ(replay.status, 0) << replay.err;
     ASSERT_GE(replay.outLines().size(), 3u);
-
-    BackgroundCLI service({"run", "--replay", example, "--dry-run", "--bindings", bindings.string()}, home);
-    const CLIResult played = service.finish();
+    const CLIResult played =
+        BackgroundCLI({"run", "--replay", example, "--dry-run", "--bindings", bindings}, home).finish();
     EXPECT_EQ(played.status, 0) << played.err;
-    EXPECT_EQ(withoutTimes(played.outLines()), withoutTimes(replay.outLines()));
-
-    BackgroundCLI bad({"run", "--replay", bindings.string(), "--dry-run"}, home);
-    const CLIResult refused = bad.finish();
-    EXPECT_EQ(refused.status, 2);
-    EXPECT_NE(refused.err.find("error: " + bindings.string() + ":1: "), std::string::npos) << refused.err;
-}
-
-TEST(Service, SleepsWhileNothingHappens) {
-    const ScratchHome home;
-    BackgroundCLI service(runWithoutTouchpad(home), home);
-    ASSERT_TRUE(service.waitUntilReady());
-    ASSERT_EQ(status(home)["events"]["all"], 1);  // settled: the first frame is in
-    const long before = contextSwitches(service.pid());
-    // The one test that waits on the clock: it measures idling, for a bounded second and a half.
-    ::poll(nullptr, 0, 1500);
-    EXPECT_EQ(contextSwitches(service.pid()), before);
-    EXPECT_EQ(service.finish(SIGTERM).status, 0);
+    EXPECT_EQ(withoutTimes(played.out), withoutTimes(replay.out));
+    EXPECT_THAT(
+        shown(BackgroundCLI({"run", "--replay", bindings, "--dry-run"}, home).finish()),
+        ::testing::AllOf(::testing::StartsWith("2 "), ::testing::HasSubstr("error: " + bindings + ":1: ")));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <sstream>
+#include <tuple>
 
 #include "recognition/recording.h"
 
@@ -14,25 +15,18 @@ namespace {
 using namespace evdev;
 
 constexpr const char* evemuFile = R"(# EVEMU 1.3
-# Input device name: "Pad"
 N: Pad # a comment
-I: 0011 0002 0007 01b1
 P: 09 00 00 00 00 00 00 00
-B: 00 0b 00 00 00 00 00 00 00
 A: 00 0 100 0 0 0
 A: 2f 0 1 0 0 0
 A: 35 100 1100 8 0 12
 A: 36 0 500 8 0 10
-A: 39 0 65535 0 0 0
 E: 0.000000 0003 0039 7
 E: 0.000001 0003 0035 600
 E: 0.010000 0000 0000 0000
 )";
 
-constexpr const char* evtestFile = R"(Input driver version is 1.0.1
-Input device name: "Pad"
-  Event type 1 (EV_KEY)
-    Event code 272 (BTN_LEFT)
+constexpr const char* evtestFile = R"(Input device name: "Pad"
   Event type 3 (EV_ABS)
     Event code 47 (ABS_MT_SLOT)
       Max        1
@@ -44,8 +38,6 @@ Input device name: "Pad"
     Event code 54 (ABS_MT_POSITION_Y)
       Max      500
       Resolution      10
-    Event code 57 (ABS_MT_TRACKING_ID)
-      Max    65535
   Property type 3 (INPUT_PROP_SEMI_MT)
 Event: time 0.000000, type 3 (EV_ABS), code 57 (ABS_MT_TRACKING_ID), value 7
 Event: time 0.000001, type 3 (EV_ABS), code 53 (ABS_MT_POSITION_X), value 600
@@ -64,7 +56,6 @@ devices:
       47: [0, 1, 0, 0, 0]
       53: [100, 1100, 8, 0, 12]
       54: [0, 500, 8, 0, 10]
-      57: [0, 65535, 0, 0, 0]
     properties: [0, 3]
   udev:
     properties:
@@ -82,22 +73,25 @@ devices:
     - [  1,      0,   1,  30,     1]
 )";
 
-RecordedDevice pad(bool semi, std::vector<MultitouchAxis> axes) {
-    return {{"Pad", AxisRange{100, 1100, 12}, AxisRange{0, 500, 10}, 2, semi}, std::move(axes)};
-}
-const std::vector<MultitouchAxis> positionAndId{{ABS_MT_POSITION_X, {100, 1100, 12}},
-                                                {ABS_MT_POSITION_Y, {0, 500, 10}},
-                                                {ABS_MT_TRACKING_ID, {0, 65535, 0}}};
+// What each header above declares: a semi-multitouch pad, its non-multitouch axes left out.
+const RecordedDevice pad{{"Pad", AxisRange{100, 1100, 12}, AxisRange{0, 500, 10}, 2, true},
+                         {{ABS_MT_POSITION_X, {100, 1100, 12}}, {ABS_MT_POSITION_Y, {0, 500, 10}}}};
 
 struct Read {
     std::optional<RecordedDevice> device;
     std::vector<EvdevEvent> events;
-    std::string error;  // "LINE: problem" of the first bad line
+    std::string error;                                    // "LINE: problem" of the first bad line
+    RecordingFormat format = RecordingFormat::jsonLines;  // as the first line that shows one tells
+
+    friend bool operator==(const Read&, const Read&) = default;
 };
 
 Read readAll(RecordingFormat format, const std::string& text) {
     std::istringstream input(text);
     Read read;
+    for (std::string line; std::getline(input, line) && read.format == RecordingFormat::jsonLines;)
+        read.format = formatShownBy(line).value_or(RecordingFormat::jsonLines);
+    input = std::istringstream(text);
     try {
         const auto reader = openEvdevRecording(format, input);
         read.device = reader->device();
@@ -108,85 +102,52 @@ Read readAll(RecordingFormat format, const std::string& text) {
     return read;
 }
 
-RecordingFormat detect(const std::string& text) {
-    std::istringstream input(text);
-    std::string line;
-    while (std::getline(input, line)) {
-        if (const auto format = formatShownBy(line)) return *format;
-    }
-    return RecordingFormat::jsonLines;
-}
-
 TEST(EvdevRecording, ReadsEachFormat) {
+    using enum RecordingFormat;
     const std::vector<EvdevEvent> touch{{0.0, EV_ABS, ABS_MT_TRACKING_ID, 7},
                                         {0.000001, EV_ABS, ABS_MT_POSITION_X, 600},
                                         {0.01, EV_SYN, SYN_REPORT, 0}};
     std::vector<EvdevEvent> evtestEvents = touch;
     evtestEvents.insert(evtestEvents.begin() + 2, {0.000001, 4, 4, 0});
     evtestEvents.push_back({0.02, EV_SYN, SYN_DROPPED, 0});
-    struct Row {
-        const char* name;
-        std::string text;
-        RecordingFormat format;
-        Read expected;
-    };
-    const std::vector<Row> rows = {
-        {"evemu", evemuFile, RecordingFormat::evemu, {pad(true, positionAndId), touch, ""}},
+    const std::vector<std::tuple<const char*, std::string, Read>> rows = {
+        {"evemu", evemuFile, {pad, touch, "", evemu}},
         {"evemu without a header",
-         "\n# from a bug report\nE: 0.5 0001 0110 1\n",
-         RecordingFormat::evemu,
-         {std::nullopt, {{0.5, EV_KEY, BTN_LEFT, 1}}, ""}},
-        {"evtest with its header",
-         evtestFile,
-         RecordingFormat::evtest,
-         {pad(true, positionAndId), evtestEvents, ""}},
-        {"evtest pasted without its header",
+         "\n# from a bug\nE: 0.5 0001 0110 1\n",
+         {{}, {{0.5, EV_KEY, BTN_LEFT, 1}}, "", evemu}},
+        {"evtest with its header", evtestFile, {pad, evtestEvents, "", evtest}},
+        {"evtest without its header",
          "Event: time 3.25, type 1 (EV_KEY), code 272 (BTN_LEFT), value 1\n",
-         RecordingFormat::evtest,
-         {std::nullopt, {{3.25, EV_KEY, BTN_LEFT, 1}}, ""}},
-        {"libinput record, first device only",
-         libinputFile,
-         RecordingFormat::libinputRecord,
-         {pad(true, positionAndId), touch, ""}},
+         {{}, {{3.25, EV_KEY, BTN_LEFT, 1}}, "", evtest}},
+        {"libinput record, first device only", libinputFile, {pad, touch, "", libinputRecord}},
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(detect(row.text), row.format) << row.name;
-        const Read read = readAll(row.format, row.text);
-        EXPECT_EQ(read.error, row.expected.error) << row.name;
-        EXPECT_EQ(read.device, row.expected.device) << row.name;
-        EXPECT_EQ(read.events, row.expected.events) << row.name;
-    }
-    EXPECT_EQ(detect("# a replay\n{\"t\": 0, \"touches\": []}\n"), RecordingFormat::jsonLines);
+    for (const auto& [name, text, expected] : rows)
+        EXPECT_EQ(readAll(expected.format, text), expected) << name;
+    EXPECT_EQ(readAll(evemu, "# a replay\n{\"t\": 0, \"touches\": []}\n").format, jsonLines);
 }
 
 TEST(EvdevRecording, BadLinesAreNamed) {
-    struct Row {
-        const char* name;
-        RecordingFormat format;
-        std::string text;
-        std::string error;
-    };
-    const std::vector<Row> rows = {
-        {"evemu: unknown line", RecordingFormat::evemu, "N: Pad\nhello\n",
-         "2: \"hello\" is not an evemu line"},
-        {"evemu: short event", RecordingFormat::evemu, "E: 0.1 0003 0035\n",
+    using enum RecordingFormat;
+    const std::vector<std::tuple<const char*, RecordingFormat, std::string, std::string>> rows = {
+        {"evemu: unknown line", evemu, "N: Pad\nhello\n", "2: \"hello\" is not an evemu line"},
+        {"evemu: short event", evemu, "E: 0.1 0003 0035\n",
          "1: an event line needs a time, a type, a code and a value"},
-        {"evemu: bad hex code", RecordingFormat::evemu, "E: 0.1 0003 00zz 5\n",
-         "1: event code \"00zz\" is not a hex number"},
-        {"evemu: value out of range", RecordingFormat::evemu, "E: 0.1 0003 0035 4294967296\n",
+        {"evemu: bad hex code", evemu, "E: 0.1 0003 00zz 5\n", "1: event code \"00zz\" is not a hex number"},
+        {"evemu: value out of range", evemu, "E: 0.1 0003 0035 4294967296\n",
          "1: value 4294967296 is out of range"},
-        {"evemu: axis line too short", RecordingFormat::evemu, "A: 35 0 100\n",
+        {"evemu: axis line too short", evemu, "A: 35 0 100\n",
          "1: an axis line needs a code, minimum, maximum, fuzz, flat and resolution"},
-        {"evtest: event without a value", RecordingFormat::evtest,
+        {"evtest: event without a value", evtest,
          "\n\nEvent: time 1.0, type 3 (EV_ABS), code 53 (ABS_MT_POSITION_X)\n", "3: the event has no value"},
-        {"evtest: unknown banner", RecordingFormat::evtest, "Event: time 1.0, ---- SYN_WHAT ----\n",
+        {"evtest: unknown banner", evtest, "Event: time 1.0, ---- SYN_WHAT ----\n",
          "1: \"---- SYN_WHAT ----\" is no event evtest writes"},
-        {"libinput: short event", RecordingFormat::libinputRecord, "events:\n- evdev:\n  - [0, 0, 3, 53]\n",
+        {"libinput: short event", libinputRecord, "events:\n- evdev:\n  - [0, 0, 3, 53]\n",
          "3: an event needs [sec, usec, type, code, value]"},
-        {"libinput: unclosed list", RecordingFormat::libinputRecord, "absinfo:\n  53: [0, 100\n",
+        {"libinput: unclosed list", libinputRecord, "absinfo:\n  53: [0, 100\n",
          "2: a list lacks its closing ]"},
     };
-    for (const Row& row : rows) EXPECT_EQ(readAll(row.format, row.text).error, row.error) << row.name;
+    for (const auto& [name, format, text, error] : rows)
+        EXPECT_EQ(readAll(format, text).error, error) << name;
 }
 
 }  // namespace
