@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "platform/linux/epoll_main_queue.h"
-#include "support/file_lock.h"
 #include "support/default_paths.h"
+#include "support/file_lock.h"
 
 namespace ostrelle {
 

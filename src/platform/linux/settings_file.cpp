@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "support/file_lock.h"
 #include "support/atomic_file.h"
+#include "support/file_lock.h"
 #include "support/log.h"
 
 namespace ostrelle {
