@@ -22,7 +22,6 @@ TEST(ActionCatalog, TheAppGridFollowsTheSystemVersion) {
                       launchpad = "/System/Applications/Launchpad.app";
     EXPECT_EQ(ActionCatalog::appGridPathFor(26), apps);
     EXPECT_EQ(ActionCatalog::appGridPathFor(25), launchpad);
-    EXPECT_EQ(ActionCatalog::appGridPathFor(std::nullopt), launchpad);
 }
 
 TEST(ActionCatalog, LookupFindsGroupThenOptionExactly) {
