@@ -4,11 +4,8 @@
 
 #include "action_runner_fixture.h"
 
-namespace ostrelle {
+namespace ostrelle::testing {
 namespace {
-
-using testing::ActionRunnerTest;
-using testing::beep;
 
 const std::string noTabGroupText = "go to first/last tab failed: no tab group found in the front window";
 const std::string unreadableExtrasText = "action failed: Control Center's menu-bar items aren't readable";
@@ -52,59 +49,52 @@ FakeElement::Ptr wideWindow(int leaves) {
 // Stands for no app in front at all, rather than an app without a window.
 const FakeElement::Ptr noApp = node("no app in front", "");
 
-struct TabCase {
-    const char* name;
-    FakeElement::Ptr window;  // the front app's focused window; null: none
-    const char* option;
-    const char* pressed;  // null: fails
-
-    friend void PrintTo(const TabCase& row, std::ostream* out) { *out << row.name; }
-};
-
-class ActionRunnerTabs : public ActionRunnerTest, public ::testing::WithParamInterface<TabCase> {};
-
-TEST_P(ActionRunnerTabs, PressesTheFirstOrLastTabOrFails) {
-    if (GetParam().window != noApp) system.setFrontmost("com.apple.finder", GetParam().window);
-    run("tabs", GetParam().option);
-    if (GetParam().pressed == nullptr) {
-        EXPECT_EQ(errors(), std::vector<std::string>{noTabGroupText});
-        EXPECT_EQ(events(), std::vector<RecordedEvent>{beep});
-    } else {
-        EXPECT_EQ(events(), pressOf(GetParam().pressed));
-        EXPECT_TRUE(errors().empty());
-    }
-}
-
 const FakeElement::Ptr toolbarAndTabs =
     node("window", "AXWindow",
          {node("toolbar", "AXToolbar", {node("back", "AXButton")}), tabs({"one", "two", "three"})});
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, ActionRunnerTabs,
-    ::testing::Values(
-        TabCase{"first", toolbarAndTabs, "first", "one"}, TabCase{"last", toolbarAndTabs, "last", "three"},
+TEST_F(ActionRunnerTest, TabsPressesTheFirstOrLastTabOrFails) {
+    const struct {
+        const char* name;
+        FakeElement::Ptr window;  // the front app's focused window; null: none
+        const char* option;
+        const char* pressed;  // null: fails
+    } rows[] = {
+        {"first", toolbarAndTabs, "first", "one"},
+        {"last", toolbarAndTabs, "last", "three"},
         // Breadth first: the page's tab strip sits deep in the first branch, the window's own tab
         // bar one level down in the second.
-        TabCase{"shallowestWinsOverAnEarlierDeepOne",
-                node("window", "AXWindow",
-                     {node("page", "AXGroup", {node("frame", "AXGroup", {tabs({"page tab"})})}),
-                      tabs({"window tab"})}),
-                "first", "window tab"},
-        TabCase{"childrenWithoutATabList",
-                node("tabs", "AXTabGroup", {node("left", "AXRadioButton"), node("right", "AXRadioButton")}),
-                "last", "right"},
-        TabCase{"anEmptyTabListEvenWithChildren", tabs({}, {node("scroll", "AXScrollArea")}), "first",
-                nullptr},
-        TabCase{"aGroupWithNoList", node("tabs", "AXTabGroup"), "last", nullptr},
-        TabCase{"noAppInFront", noApp, "first", nullptr},
-        TabCase{"noFocusedWindow", nullptr, "first", nullptr},
-        TabCase{"noTabGroup", node("window", "AXWindow", {node("text", "AXTextArea"), node("no role", "")}),
-                "last", nullptr},
-        TabCase{"theThreeHundredthElementIsExamined", tabsAt(300), "last", "last tab"},
-        TabCase{"theThreeHundredAndFirstIsNot", tabsAt(301), "last", nullptr},
-        TabCase{"theCapCountsAcrossBranches", wideWindow(297), "first", "tab"},
-        TabCase{"andStopsAcrossBranches", wideWindow(298), "first", nullptr}),
-    [](const auto& row) { return std::string(row.param.name); });
+        {"shallowestWinsOverAnEarlierDeepOne",
+         node("window", "AXWindow",
+              {node("page", "AXGroup", {node("frame", "AXGroup", {tabs({"page tab"})})}),
+               tabs({"window tab"})}),
+         "first", "window tab"},
+        {"childrenWithoutATabList",
+         node("tabs", "AXTabGroup", {node("left", "AXRadioButton"), node("right", "AXRadioButton")}), "last",
+         "right"},
+        {"anEmptyTabListEvenWithChildren", tabs({}, {node("scroll", "AXScrollArea")}), "first", nullptr},
+        {"aGroupWithNoList", node("tabs", "AXTabGroup"), "last", nullptr},
+        {"noAppInFront", noApp, "first", nullptr},
+        {"noFocusedWindow", nullptr, "first", nullptr},
+        {"noTabGroup", node("window", "AXWindow", {node("text", "AXTextArea"), node("no role", "")}), "last",
+         nullptr},
+        {"theThreeHundredthElementIsExamined", tabsAt(300), "last", "last tab"},
+        {"theThreeHundredAndFirstIsNot", tabsAt(301), "last", nullptr},
+        {"theCapCountsAcrossBranches", wideWindow(297), "first", "tab"},
+        {"andStopsAcrossBranches", wideWindow(298), "first", nullptr},
+    };
+    for (const auto& row : rows) {
+        system.clearRecorded();
+        system.frontmost.reset();
+        if (row.window != noApp) system.setFrontmost("com.apple.finder", row.window);
+        const std::size_t failures = errors().size();
+        run("tabs", row.option);
+        EXPECT_EQ(events(), row.pressed ? pressOf(row.pressed) : std::vector<RecordedEvent>{beep})
+            << row.name;
+        EXPECT_EQ(errors().size(), failures + (row.pressed ? 0 : 1)) << row.name;
+    }
+    EXPECT_EQ(errors(), std::vector<std::string>(errors().size(), noTabGroupText));
+}
 
 const std::string focus = "com.apple.menuextra.focusmode";
 const std::string controlCenter = "com.apple.menuextra.controlcenter";
@@ -157,4 +147,4 @@ TEST_F(ActionRunnerTest, UnreadableControlCenterSaysSo) {
 }
 
 }  // namespace
-}  // namespace ostrelle
+}  // namespace ostrelle::testing

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,16 +20,9 @@ inline ActionRef actionRef(std::string appID, std::string optionID,
     return {std::move(appID), std::move(optionID), shortcut, std::nullopt};
 }
 
-inline RecordedEvent keyDown(std::uint16_t key, EventFlags flags) {
-    return recorded::Key{key, true, flags};
-}
-inline RecordedEvent keyUp(std::uint16_t key, EventFlags flags) {
-    return recorded::Key{key, false, flags};
-}
-
 // A key-down and key-up pair.
 inline std::vector<RecordedEvent> pressed(std::uint16_t key, EventFlags flags) {
-    return {keyDown(key, flags), keyUp(key, flags)};
+    return {recorded::Key{key, true, flags}, recorded::Key{key, false, flags}};
 }
 
 // One list of expected events after another.
@@ -47,7 +39,6 @@ class ActionRunnerTest : public ::testing::Test {
   protected:
     ActionRunnerTest() {
         Log::setListener([this](Log::Level level, std::string_view message) {
-            std::lock_guard lock(mutex_);
             if (level == Log::Level::error) errors_.emplace_back(message);
         });
     }
@@ -58,10 +49,7 @@ class ActionRunnerTest : public ::testing::Test {
         runner.run(actionRef(std::move(appID), std::move(optionID)));
     }
 
-    std::vector<std::string> errors() {
-        std::lock_guard lock(mutex_);
-        return errors_;
-    }
+    const std::vector<std::string>& errors() const { return errors_; }
     const std::vector<RecordedEvent>& events() const { return system.recorded(); }
 
     DryRunSystemPort system;
@@ -70,7 +58,6 @@ class ActionRunnerTest : public ::testing::Test {
     ActionRunner runner{system, queue, ActionHost{nullptr, &apps, std::nullopt}};
 
   private:
-    std::mutex mutex_;
     std::vector<std::string> errors_;
 };
 
