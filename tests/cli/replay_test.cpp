@@ -137,13 +137,9 @@ TEST_F(Replay, RefusesFilesItCannotReadWithStatusTwo) {
     }
     const std::vector<std::pair<std::string, std::string>> badShapes{
         {"[\n  {\"id\": }\n]", "not valid JSON (line 2)"},
-        {"[\n{", "not valid JSON (line 2)"},
         {"[1e999]", "not valid JSON (a number is out of range)"},
         {R"({"id": "3.custom.A"})", "expected a JSON array of custom gestures"},
         {R"(["3.tap"])", R"([0]: expected a gesture with a "custom" shape)"},
-        {R"([{"id": 3, "custom": {}}])", "[0].id: expected a string"},
-        {R"([{"id": "3.custom.A", "custom": {"name": "a", "fingers": 3, "path": [[0]], "strokes": []}}])",
-         "[0].custom.path[0]: expected a point [x, y]"},
     };
     for (const auto& [contents, problem] : badShapes) {
         const std::string shapes = write("shapes.json", contents);

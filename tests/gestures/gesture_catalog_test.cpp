@@ -1,4 +1,4 @@
-// The built-in gesture catalog: which gestures it offers, their order, and what a gesture reads from it.
+// The built-in gesture catalog: which gestures it offers, and in what order.
 #include "gestures/gesture_catalog.h"
 
 #include <gtest/gtest.h>
@@ -14,27 +14,13 @@ bool offered(const std::string& id) {
 }
 
 TEST(GestureCatalog, OffersEveryKnownGestureButTheHeldBackFamiliesInCatalogOrder) {
-    std::vector<std::string> expected;
     std::int64_t position = 0;
     for (const GestureGroup& group : GestureCatalog::allGroups()) {
         for (const GestureDef& def : group.gestures) {
-            const Gesture gesture(def.id);
-            EXPECT_EQ(GestureCatalog::isEnabled(gesture), offered(def.id)) << def.id;
-            if (offered(def.id)) expected.push_back(def.id);
-            EXPECT_EQ(def.fingers, group.fingers) << def.id;
-            EXPECT_EQ(def.dots.size(), static_cast<std::size_t>(def.fingers)) << def.id;
-            // A gesture reads its name, hint and finger count from here and sorts by its place.
-            EXPECT_EQ(gesture.displayName(), def.name);
-            EXPECT_EQ(gesture.hint(), def.hint);
-            EXPECT_EQ(gesture.fingers(), def.fingers);
-            EXPECT_EQ(gesture.sortKey(), position++) << def.id;
+            EXPECT_EQ(GestureCatalog::isEnabled(Gesture(def.id)), offered(def.id)) << def.id;
+            EXPECT_EQ(Gesture(def.id).sortKey(), position++) << def.id;
         }
     }
-    std::vector<std::string> all;
-    for (const Gesture& gesture : GestureCatalog::all()) all.push_back(gesture.id);
-    EXPECT_EQ(all, expected);
-    for (const std::string& id : GestureCatalog::enabled())
-        EXPECT_NE(GestureCatalog::find(id), nullptr) << id;
 }
 
 TEST(GestureCatalog, UnknownIdsSortLastWithoutNameOrHint) {

@@ -31,11 +31,7 @@ std::string failure(Decode decode, const json& value, const char* path) {
 
 TEST(GestureJSON, WritesBareIDOrObjectWithShapeAndReadsItBack) {
     EXPECT_EQ(json(Gesture("2.restSwipe.down.left")).dump(), R"("2.restSwipe.down.left")");
-    // The file's writer sorts keys; line output keeps the documented order.
-    EXPECT_EQ(
-        json(zigGesture()).dump(),
-        R"({"custom":{"fingers":3,"name":" Zig ","path":[[0.1,0.2],[0.4,0.6],[0.3333333333333333,-0.5]],)"
-        R"("strokes":[[[0.1,0.2],[0.4,0.6]],[[0.0,1.0],[0.25,0.75]]]},"id":"3.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E"})");
+    // Line output keeps the documented order (the file's writer sorts keys).
     EXPECT_EQ(
         encodeGesture<nlohmann::ordered_json>(zigGesture()).dump(),
         R"({"id":"3.custom.9B2E6F10-44A7-4C1D-8E3B-5F6A7B8C9D0E","custom":{"name":" Zig ","fingers":3,)"

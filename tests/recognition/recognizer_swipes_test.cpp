@@ -97,11 +97,5 @@ TEST(HoldThreeLiftTwo, LiftOrSlideTheLastFinger) {
     });
 }
 
-TEST(HoldThreeLiftTwo, TwoFingersLiftingInOneFrameAreTraced) {
-    TouchPad pad;
-    holdThreeLiftTwo(pad, 0.5);
-    EXPECT_THAT(pad.traces(), ::testing::Contains("2 fingers lifted in one frame"));
-}
-
 }  // namespace
 }  // namespace ostrelle::testing

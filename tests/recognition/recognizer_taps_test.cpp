@@ -22,14 +22,6 @@ TEST(Taps, Limits) {
                    [](auto& p) { p.hand(3).at(0.0).lift(1).at(0.125).liftAll().at(0.2109375); });
 }
 
-TEST(Taps, OneAndTwoFingerRejectionsAreSilent) {
-    TouchPad pad;
-    pad.hand(1).at(0.0).liftAll().at(1.0).hand(2).at(2.0).liftAll().at(3.0);
-    EXPECT_TRUE(pad.fired().empty());
-    EXPECT_THAT(pad.traces(),
-                ::testing::Not(::testing::Contains(::testing::HasSubstr("finger tap rejected"))));
-}
-
 // A quick tap with n fingers at t.
 void tap(TouchPad& pad, int fingers, double t) {
     pad.hand(fingers).at(t).liftAll().at(t + 0.1);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -36,17 +37,14 @@ TEST(Resample, EvenlySpacedAlongThePolylineOfItsLengthAndPaddedToTheCount) {
 TEST(Template, CentredAndScaledKeepingTheAspectRatio) {
     const auto t = shapes::templateOf({{10, 10}, {12, 10}, {12, 11}});
     ASSERT_EQ(t.size(), CustomShape::templatePoints);
-    Point low{1e9, 1e9}, high{-1e9, -1e9}, sum;
-    for (Point p : t) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-        sum = {sum.x + p.x, sum.y + p.y};
-    }
-    EXPECT_NEAR(high.x - low.x, 1.0, 1e-12);  // the wider side becomes 1
-    EXPECT_NEAR(high.y - low.y, 0.5, 1e-12);  // the other keeps its proportion
-    EXPECT_NEAR(sum.x, 0.0, 1e-9);
+    const auto [left, right] = std::ranges::minmax(t, {}, &Point::x);
+    const auto [top, bottom] = std::ranges::minmax(t, {}, &Point::y);
+    EXPECT_NEAR(right.x - left.x, 1.0, 1e-12);  // the wider side becomes 1
+    EXPECT_NEAR(bottom.y - top.y, 0.5, 1e-12);  // the other keeps its proportion
+    Point sum;
+    for (Point p : t) sum = {sum.x + p.x, sum.y + p.y};
+    EXPECT_NEAR(sum.x, 0.0, 1e-9);  // centred on the centroid
     EXPECT_NEAR(sum.y, 0.0, 1e-9);
-
     const auto large = shapes::templateOf({{30, 30}, {36, 30}, {36, 33}});
     EXPECT_LT(shapes::distance(CustomShape("", 3, t, {}), large), 1e-9);  // size and position do not matter
 }

@@ -38,9 +38,8 @@ class TouchPad {
         return *this;
     }
     TouchPad& moveBy(std::int64_t id, double dx, double dy) {
-        for (Contact& c : down_) {
+        for (Contact& c : down_)
             if (c.id == id) c = {id, c.x + dx, c.y + dy};
-        }
         return *this;
     }
     TouchPad& moveAllBy(double dx, double dy) {

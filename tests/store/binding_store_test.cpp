@@ -36,7 +36,8 @@ Gesture drawnGesture(const std::string& name, int fingers = 3) {
     return Gesture::newCustom(shape);
 }
 
-struct StoreTest : ::testing::Test {
+// A bindings file in a fresh folder, and a store opened on it.
+struct StoreFiles {
     testing::TemporaryFolder folder;
     fs::path file = folder.path() / "Ostrelle" / "bindings.json";
 
@@ -49,70 +50,65 @@ struct StoreTest : ::testing::Test {
     }
 };
 
-struct LoadCase {
-    const char* name;
-    std::optional<std::string> contents;  // nothing: no file at all
-    bool launchedBefore;
-    Outcome outcome;
-    std::size_t kept;
-    std::size_t dropped;
-    const char* sideFile;  // the backup or set-aside copy; empty: none
-    const char* last;      // the last binding as "gesture app/option"
-
-    friend void PrintTo(const LoadCase& row, std::ostream* out) { *out << row.name; }
-};
-
-class StoreLoad : public StoreTest, public ::testing::WithParamInterface<LoadCase> {};
-
-TEST_P(StoreLoad, KeepsWhatItCanAndWritesTheResultBack) {
-    const LoadCase& row = GetParam();
-    const auto store = open(row.contents, row.launchedBefore);
-    const std::vector<GestureBinding>& bindings = store->bindings();
-    EXPECT_EQ(store->load().outcome, row.outcome);
-    ASSERT_EQ(bindings.size(), row.kept);
-    EXPECT_EQ(store->load().dropped, row.dropped);
-    const GestureBinding* last = bindings.empty() ? nullptr : &bindings.back();
-    EXPECT_EQ(last ? last->gesture.id + " " + last->action.appID + "/" + last->action.optionID : "",
-              row.last);
-    // A seed is created now, counted in seconds since 2001.
-    EXPECT_TRUE(row.outcome == Outcome::loaded || bindings[0].createdAt == pinnedNow - 978307200.0);
-    EXPECT_EQ(testing::readText(file), encodeBindingsFile(bindings));
-    // The file, its lock file and at most the side file: nothing else left behind.
-    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()),
-              *row.sideFile ? 3 : 2);
-    if (*row.sideFile == '\0') return;
-    const fs::path side = file.parent_path() / row.sideFile;
-    EXPECT_EQ(row.outcome == Outcome::setAside ? store->load().setAside : store->load().backup, side);
-    if (row.contents == folderInTheWay) return;
-    EXPECT_EQ(testing::readText(side), row.contents);
-}
-
 constexpr const char* backup = "bindings.before-migration-1731600000.json";
 constexpr const char* corrupt = "bindings.corrupt-1731600000.json";
 const char* const nineFingerShape =
     R"({"id": "9.custom.X", "custom": {"name": "x", "fingers": 9, "path": [], "strokes": []}})";
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, StoreLoad,
-    ::testing::Values(LoadCase{"firstLaunchIsSeeded", std::nullopt, false, Outcome::seeded, 4, 0, "",
-                               "4.tap system/mission"},
-                      LoadCase{"earlierUserGetsTheLegacySeed", std::nullopt, true, Outcome::seeded, 9, 0, "",
-                               "5.tap system/screenshot"},
-                      LoadCase{"emptyArrayIsNotCorrupt", "[]", false, Outcome::loaded, 0, 0, "", ""},
-                      LoadCase{"unknownGestureIsDroppedWithABackup", fileOf({"\"9.tap\"", "\"3.tap\""}),
-                               false, Outcome::loaded, 1, 1, backup, "3.tap browsers/back"},
-                      LoadCase{"vanishedActionIsDropped", fileOf({"\"4.tap\""}, "nosuchapp", "nothing"),
-                               false, Outcome::loaded, 0, 1, backup, ""},
-                      LoadCase{"nineFingerShapeIsDropped", fileOf({nineFingerShape}), false, Outcome::loaded,
-                               0, 1, backup, ""},
-                      LoadCase{"migratedActionNeedsNoBackup",
-                               fileOf({R"({"fingers": 3, "motion": "tap"})"}, "safari", "next"), false,
-                               Outcome::loaded, 1, 0, "", "3.tap browsers/right"},
-                      LoadCase{"corruptFileIsSetAsideForASeed", "{", false, Outcome::setAside, 4, 0, corrupt,
-                               "4.tap system/mission"},
-                      LoadCase{"unreadableFileIsSetAsideLikeACorruptOne", folderInTheWay, true,
-                               Outcome::setAside, 9, 0, corrupt, "5.tap system/screenshot"}),
-    [](const auto& row) { return std::string(row.param.name); });
+struct StoreTest : StoreFiles, ::testing::Test {};
+
+TEST(StoreLoad, KeepsWhatItCanAndWritesTheResultBack) {
+    const struct {
+        const char* name;
+        std::optional<std::string> contents;  // nothing: no file at all
+        bool launchedBefore;
+        Outcome outcome;
+        std::size_t kept, dropped;
+        std::string sideFile;  // the backup or set-aside copy; empty: none
+        std::string last;      // the last binding as "gesture app/option"
+    } rows[] = {
+        {"firstLaunchIsSeeded", std::nullopt, false, Outcome::seeded, 4, 0, "", "4.tap system/mission"},
+        {"earlierUserGetsTheLegacySeed", std::nullopt, true, Outcome::seeded, 9, 0, "",
+         "5.tap system/screenshot"},
+        {"emptyArrayIsNotCorrupt", "[]", false, Outcome::loaded, 0, 0, "", ""},
+        {"unknownGestureIsDroppedWithABackup", fileOf({"\"9.tap\"", "\"3.tap\""}), false, Outcome::loaded, 1,
+         1, backup, "3.tap browsers/back"},
+        {"vanishedActionIsDropped", fileOf({"\"4.tap\""}, "nosuchapp", "nothing"), false, Outcome::loaded, 0,
+         1, backup, ""},
+        {"nineFingerShapeIsDropped", fileOf({nineFingerShape}), false, Outcome::loaded, 0, 1, backup, ""},
+        {"migratedActionNeedsNoBackup", fileOf({R"({"fingers": 3, "motion": "tap"})"}, "safari", "next"),
+         false, Outcome::loaded, 1, 0, "", "3.tap browsers/right"},
+        {"corruptFileIsSetAsideForASeed", "{", false, Outcome::setAside, 4, 0, corrupt,
+         "4.tap system/mission"},
+        {"unreadableFileIsSetAsideLikeACorruptOne", folderInTheWay, true, Outcome::setAside, 9, 0, corrupt,
+         "5.tap system/screenshot"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        StoreFiles files;
+        const auto store = files.open(row.contents, row.launchedBefore);
+        const std::vector<GestureBinding>& bindings = store->bindings();
+        EXPECT_EQ(store->load().outcome, row.outcome);
+        ASSERT_EQ(bindings.size(), row.kept);
+        EXPECT_EQ(store->load().dropped, row.dropped);
+        const GestureBinding* last = bindings.empty() ? nullptr : &bindings.back();
+        EXPECT_EQ(last ? last->gesture.id + " " + last->action.appID + "/" + last->action.optionID : "",
+                  row.last);
+        // A seed is created now, counted in seconds since 2001.
+        EXPECT_TRUE(row.outcome == Outcome::loaded || bindings[0].createdAt == pinnedNow - 978307200.0);
+        const fs::path folder = files.file.parent_path();
+        EXPECT_EQ(testing::readText(files.file), encodeBindingsFile(bindings));
+        // The file, its lock file and at most the side file: nothing else left behind.
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()),
+                  row.sideFile.empty() ? 2 : 3);
+        if (row.sideFile.empty()) continue;
+        EXPECT_EQ(row.outcome == Outcome::setAside ? store->load().setAside : store->load().backup,
+                  folder / row.sideFile);
+        if (row.contents != folderInTheWay) {
+            EXPECT_EQ(testing::readText(folder / row.sideFile), row.contents);
+        }
+    }
+}
 
 TEST_F(StoreTest, InvalidShapesAreDroppedToo) {
     const GestureBinding unnamed = GestureBinding::make(drawnGesture("   "), mission, 1);
