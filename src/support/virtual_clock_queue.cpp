@@ -10,23 +10,15 @@ void VirtualClockQueue::post(Task task) {
 }
 
 TaskHandle VirtualClockQueue::postAfter(double seconds, Task task) {
-    auto cancelled = std::make_shared<bool>(false);
-    tasks_.push({now_ + std::max(0.0, seconds), nextOrder_++, std::move(task), cancelled});
-    return TaskHandle(cancelled);
+    return tasks_.add(now_ + std::max(0.0, seconds), std::move(task));
 }
 
 bool VirtualClockQueue::runNextDueBy(double time) {
-    while (!tasks_.empty() && tasks_.top().due <= time) {
-        Scheduled next = tasks_.top();
-        tasks_.pop();
-        if (*next.cancelled) continue;
-        now_ = std::max(now_, next.due);
-        // Marked as done first, so a late cancel through the handle has no effect.
-        *next.cancelled = true;
-        next.task();
-        return true;
-    }
-    return false;
+    std::optional<TaskSchedule::Due> next = tasks_.takeDue(time);
+    if (!next) return false;
+    now_ = std::max(now_, next->due);
+    next->task();
+    return true;
 }
 
 void VirtualClockQueue::advanceTo(double time) {
@@ -41,12 +33,7 @@ void VirtualClockQueue::runAll() {
 }
 
 std::size_t VirtualClockQueue::pendingCount() const {
-    auto copy = tasks_;
-    std::size_t count = 0;
-    for (; !copy.empty(); copy.pop()) {
-        if (!*copy.top().cancelled) ++count;
-    }
-    return count;
+    return tasks_.pendingCount();
 }
 
 }  // namespace ostrelle

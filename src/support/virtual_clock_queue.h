@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstdint>
-#include <queue>
 #include <vector>
 
 #include "support/main_queue.h"
+#include "support/task_schedule.h"
 
 namespace ostrelle {
 
@@ -27,23 +26,10 @@ class VirtualClockQueue final : public MainQueue {
     std::size_t pendingCount() const;
 
   private:
-    struct Scheduled {
-        double due;
-        std::uint64_t order;
-        Task task;
-        std::shared_ptr<bool> cancelled;
-    };
-    struct Later {
-        bool operator()(const Scheduled& a, const Scheduled& b) const {
-            return a.due != b.due ? a.due > b.due : a.order > b.order;
-        }
-    };
-
     bool runNextDueBy(double time);
 
     double now_;
-    std::uint64_t nextOrder_ = 0;
-    std::priority_queue<Scheduled, std::vector<Scheduled>, Later> tasks_;
+    TaskSchedule tasks_;
 };
 
 }  // namespace ostrelle

@@ -67,14 +67,14 @@ void EpollMainQueue::post(Task task) {
 }
 
 TaskHandle EpollMainQueue::postAfter(double seconds, Task task) {
-    auto cancelled = std::make_shared<bool>(false);
+    TaskHandle handle;
     {
         const std::lock_guard lock(mutex_);
-        tasks_.push({now() + std::max(0.0, seconds), nextOrder_++, std::move(task), cancelled});
+        handle = tasks_.add(now() + std::max(0.0, seconds), std::move(task));
     }
     // The loop's own thread looks at the schedule again before it next sleeps.
     if (loopThread_.load() != std::this_thread::get_id()) wake();
-    return TaskHandle(cancelled);
+    return handle;
 }
 
 void EpollMainQueue::wake() const {
@@ -110,37 +110,26 @@ void EpollMainQueue::quitWhenIdle() {
 
 std::size_t EpollMainQueue::pendingCount() {
     const std::lock_guard lock(mutex_);
-    auto copy = tasks_;
-    std::size_t count = 0;
-    for (; !copy.empty(); copy.pop())
-        if (!*copy.top().cancelled) ++count;
-    return count;
+    return tasks_.pendingCount();
 }
 
 void EpollMainQueue::runDue() {
     // Only what is due now: a task that posts another never keeps the loop from its descriptors.
     const double time = now();
     while (!quit_) {
-        Scheduled next;
+        std::optional<TaskSchedule::Due> next;
         {
             const std::lock_guard lock(mutex_);
-            if (tasks_.empty() || tasks_.top().due > time) return;
-            next = tasks_.top();
-            tasks_.pop();
+            next = tasks_.takeDue(time);
         }
-        if (*next.cancelled) continue;
-        // Marked as done first, so a late cancel through the handle has no effect.
-        *next.cancelled = true;
-        next.task();
+        if (!next) return;
+        next->task();
     }
 }
 
 std::optional<double> EpollMainQueue::nextDue() {
     const std::lock_guard lock(mutex_);
-    // Cancelled tasks at the front would only wake the loop for nothing.
-    while (!tasks_.empty() && *tasks_.top().cancelled) tasks_.pop();
-    if (tasks_.empty()) return std::nullopt;
-    return tasks_.top().due;
+    return tasks_.nextDue();
 }
 
 int EpollMainQueue::wait(std::span<epoll_event> events, std::optional<double> due) {

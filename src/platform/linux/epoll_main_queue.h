@@ -7,12 +7,12 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <queue>
 #include <span>
 #include <thread>
 #include <vector>
 
 #include "support/main_queue.h"
+#include "support/task_schedule.h"
 
 struct epoll_event;
 
@@ -53,18 +53,6 @@ class EpollMainQueue final : public MainQueue {
     std::size_t pendingCount();
 
   private:
-    struct Scheduled {
-        double due;
-        std::uint64_t order;
-        Task task;
-        std::shared_ptr<bool> cancelled;
-    };
-    struct Later {
-        bool operator()(const Scheduled& a, const Scheduled& b) const {
-            return a.due != b.due ? a.due > b.due : a.order > b.order;
-        }
-    };
-
     void wake() const;
     void runDue();
     // The due time of the earliest task neither run nor cancelled.
@@ -74,9 +62,8 @@ class EpollMainQueue final : public MainQueue {
 
     int epoll_ = -1;
     int wakeFd_ = -1;
-    std::mutex mutex_;  // guards tasks_ and nextOrder_
-    std::priority_queue<Scheduled, std::vector<Scheduled>, Later> tasks_;
-    std::uint64_t nextOrder_ = 0;
+    std::mutex mutex_;  // guards tasks_
+    TaskSchedule tasks_;
     bool coarseTimeouts_ = false;  // the kernel has no epoll_pwait2
     std::map<int, std::shared_ptr<Watcher>> watchers_;
     std::atomic<bool> quit_ = false;
