@@ -2,7 +2,6 @@
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +10,8 @@
 #include <cmath>
 #include <cstdint>
 #include <system_error>
+
+#include "platform/linux/monotonic_clock.h"
 
 namespace ostrelle {
 namespace {
@@ -57,9 +58,7 @@ EpollMainQueue::~EpollMainQueue() {
 }
 
 double EpollMainQueue::now() const {
-    timespec time{};
-    ::clock_gettime(CLOCK_MONOTONIC, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    return monotonicSeconds();
 }
 
 void EpollMainQueue::post(Task task) {

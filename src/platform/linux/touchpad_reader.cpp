@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/linux/monotonic_clock.h"
 #include "support/log.h"
 #include "touchpad/touchpad_notices.h"
 
@@ -108,32 +109,31 @@ void TouchpadReader::add(std::unique_ptr<EvdevTouchpad> touchpad) {
     const int fd = touchpad->fd();
     if (const auto notice = limitationNotice(touchpad->description())) Log::warning(*notice);
     addToEpoll(epoll_, fd);
-    order_.push_back(fd);
-    touchpads_.emplace(fd, std::move(touchpad));
+    touchpads_.push_back(std::move(touchpad));
     openCount_ = static_cast<int>(touchpads_.size());
 }
 
+EvdevTouchpad* TouchpadReader::touchpadOn(int fd) const {
+    const auto found =
+        std::ranges::find_if(touchpads_, [fd](const auto& touchpad) { return touchpad->fd() == fd; });
+    return found == touchpads_.end() ? nullptr : found->get();
+}
+
 void TouchpadReader::remove(int fd) {
-    const auto found = touchpads_.find(fd);
-    if (found == touchpads_.end()) return;
-    const bool hadContacts = !found->second->contacts().empty();
+    const EvdevTouchpad* touchpad = touchpadOn(fd);
+    if (touchpad == nullptr) return;
+    const bool hadContacts = !touchpad->contacts().empty();
     ::epoll_ctl(epoll_, EPOLL_CTL_DEL, fd, nullptr);
-    touchpads_.erase(found);
-    std::erase(order_, fd);
+    std::erase_if(touchpads_, [touchpad](const auto& open) { return open.get() == touchpad; });
     openCount_ = static_cast<int>(touchpads_.size());
     // Fingers on a touchpad that went away are lifted, or they would stay down for ever.
-    if (hadContacts) {
-        timespec now{};
-        ::clock_gettime(CLOCK_MONOTONIC, &now);
-        publish_(
-            {allContacts(), static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9, 0});
-    }
+    if (hadContacts) publish_({allContacts(), monotonicSeconds(), 0});
 }
 
 std::vector<Contact> TouchpadReader::allContacts() const {
     std::vector<Contact> contacts;
-    for (const int fd : order_) {
-        const auto touchpadContacts = touchpads_.at(fd)->contacts();
+    for (const auto& touchpad : touchpads_) {
+        const auto touchpadContacts = touchpad->contacts();
         contacts.insert(contacts.end(), touchpadContacts.begin(), touchpadContacts.end());
     }
     return contacts;
@@ -180,8 +180,8 @@ void TouchpadReader::run() {
                 [[maybe_unused]] const auto read = ::read(wake_, &count, sizeof count);
             } else if (fd == inotify_) {
                 handleNodeChanges();
-            } else if (const auto found = touchpads_.find(fd); found != touchpads_.end()) {
-                readFrom(*found->second);
+            } else if (EvdevTouchpad* touchpad = touchpadOn(fd)) {
+                readFrom(*touchpad);
             }
         }
         retryPending();
@@ -200,9 +200,9 @@ void TouchpadReader::handleNodeChanges() {
             if (!TouchpadFinder::isEventNode(name)) continue;
             const std::string node = std::string(TouchpadFinder::inputFolder) + "/" + name;
             const auto open = std::ranges::find_if(
-                touchpads_, [&](const auto& entry) { return entry.second->node() == node; });
+                touchpads_, [&](const auto& touchpad) { return touchpad->node() == node; });
             if ((event->mask & IN_DELETE) != 0) {
-                if (open != touchpads_.end()) remove(open->first);
+                if (open != touchpads_.end()) remove((*open)->fd());
                 pending_.erase(node);
                 refused_.erase(node);
                 continue;
@@ -210,7 +210,7 @@ void TouchpadReader::handleNodeChanges() {
             if (open != touchpads_.end()) {
                 // A node made anew under a name still open: the old device is gone.
                 if ((event->mask & (IN_CREATE | IN_MOVED_TO)) == 0) continue;
-                remove(open->first);
+                remove((*open)->fd());
             }
             // A node may appear before it is readable or its device is complete: keep trying
             // for a while.

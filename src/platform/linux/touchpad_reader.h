@@ -68,6 +68,8 @@ class TouchpadReader {
     // Opens the node if it is a touchpad; false when it should be tried again later.
     bool tryOpen(const std::string& node, int& error);
     void add(std::unique_ptr<EvdevTouchpad> touchpad);
+    // The open touchpad reading this descriptor, or nothing.
+    EvdevTouchpad* touchpadOn(int fd) const;
     void remove(int fd);
     void readFrom(EvdevTouchpad& touchpad);
     std::vector<Contact> allContacts() const;
@@ -80,8 +82,7 @@ class TouchpadReader {
     int inotify_ = -1;
     int wake_ = -1;
     std::int64_t nextIdBase_ = 0;
-    std::map<int, std::unique_ptr<EvdevTouchpad>> touchpads_;  // by fd, in opening order of fds
-    std::vector<int> order_;                                   // fds in opening order
+    std::vector<std::unique_ptr<EvdevTouchpad>> touchpads_;  // in opening order
     struct Pending {
         Clock::time_point giveUp;
         int error = 0;  // of the last attempt to open it
