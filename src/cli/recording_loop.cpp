@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <stdexcept>
 #include <streambuf>
 
@@ -69,6 +72,19 @@ int forEachJsonEvent(std::istream& input, const std::string& name,
 }
 
 }  // namespace
+
+std::optional<std::ifstream> openRecordingFile(const std::string& file) {
+    if (std::filesystem::is_directory(file)) {
+        printError(fmt::format("{}: is a directory", file));
+        return std::nullopt;
+    }
+    std::ifstream input(file, std::ios::binary);
+    if (!input) {
+        printError(fmt::format("cannot open {}: {}", file, std::strerror(errno)));
+        return std::nullopt;
+    }
+    return input;
+}
 
 int forEachRecordedEvent(std::istream& input, const std::string& name,
                          const std::optional<std::string>& deviceFile,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fstream>
 #include <functional>
 #include <istream>
 #include <optional>
@@ -14,6 +15,10 @@ namespace ostrelle::cli {
 // played through the frame assembler; `deviceFile` describes the device of an evdev recording
 // that does not. A bad line stops the loop with "error: NAME:LINE: problem" on standard error;
 // returns the exit status.
+// Opens a recording file for reading; nothing, after printing why ("is a directory", "cannot
+// open ..."), when it cannot be.
+std::optional<std::ifstream> openRecordingFile(const std::string& file);
+
 int forEachRecordedEvent(std::istream& input, const std::string& name,
                          const std::optional<std::string>& deviceFile,
                          const std::function<void(const RecordingEvent&)>& handle);

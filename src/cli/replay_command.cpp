@@ -200,17 +200,9 @@ int runReplay(Arguments arguments) {
     if (*options.file == standardInput)
         return replay(std::cin, std::string(standardInputName), options, std::move(customs));
 
-    const std::string& file = *options.file;
-    if (std::filesystem::is_directory(file)) {
-        printError(fmt::format("{}: is a directory", file));
-        return exitBadInput;
-    }
-    std::ifstream input(file, std::ios::binary);
-    if (!input) {
-        printError(fmt::format("cannot open {}: {}", file, std::strerror(errno)));
-        return exitBadInput;
-    }
-    return replay(input, file, options, std::move(customs));
+    std::optional<std::ifstream> input = openRecordingFile(*options.file);
+    if (!input) return exitBadInput;
+    return replay(*input, *options.file, options, std::move(customs));
 }
 
 }  // namespace

@@ -1,44 +1,25 @@
 #include "cli/service/recording_playback.h"
 
-#include <fmt/format.h>
-
-#include <cerrno>
-#include <cstring>
 #include <fstream>
-#include <memory>
-#include <stdexcept>
 #include <vector>
 
 #include "cli/commands.h"
-#include "cli/output.h"
 #include "cli/recording_loop.h"
 
 namespace ostrelle::cli {
 
-std::optional<NextRecordedEvent> openRecording(const std::filesystem::path& file) {
-    if (std::filesystem::is_directory(file)) {
-        printError(fmt::format("{}: is a directory", file.string()));
+std::optional<std::vector<RecordingEvent>> readRecording(const std::string& file) {
+    std::optional<std::ifstream> input = openRecordingFile(file);
+    if (!input) return std::nullopt;
+    std::vector<RecordingEvent> events;
+    if (forEachRecordedEvent(*input, file, std::nullopt,
+                             [&](const RecordingEvent& event) { events.push_back(event); }) != exitSuccess)
         return std::nullopt;
-    }
-    std::ifstream input(file, std::ios::binary);
-    if (!input) {
-        printError(fmt::format("cannot open {}: {}", file.string(), std::strerror(errno)));
-        return std::nullopt;
-    }
-    // Read whole before the service starts, in whichever format, so that a bad line is refused
-    // up front rather than halfway through a demo.
-    auto events = std::make_shared<std::vector<RecordingEvent>>();
-    if (forEachRecordedEvent(input, file.string(), std::nullopt,
-                             [&](const RecordingEvent& event) { events->push_back(event); }) != exitSuccess)
-        return std::nullopt;
-    return NextRecordedEvent([events, next = std::size_t{0}]() mutable -> std::optional<RecordingEvent> {
-        if (next == events->size()) return std::nullopt;
-        return (*events)[next++];
-    });
+    return events;
 }
 
-RecordingPlayback::RecordingPlayback(MainQueue& queue, NextRecordedEvent next, EndHandler onEnd)
-    : queue_(queue), next_(std::move(next)), onEnd_(std::move(onEnd)) {}
+RecordingPlayback::RecordingPlayback(MainQueue& queue, std::vector<RecordingEvent> events, EndHandler onEnd)
+    : queue_(queue), events_(std::move(events)), onEnd_(std::move(onEnd)) {}
 
 RecordingPlayback::~RecordingPlayback() {
     scheduled_.cancel();
@@ -62,20 +43,14 @@ double RecordingPlayback::recordingTime() const {
 }
 
 void RecordingPlayback::scheduleNext() {
-    std::optional<RecordingEvent> event;
-    try {
-        event = next_();
-    } catch (const std::runtime_error& error) {
-        onEnd_(error.what());
+    if (next_ == events_.size()) {
+        onEnd_();
         return;
     }
-    if (!event) {
-        onEnd_(std::nullopt);
-        return;
-    }
-    const double time = timeOf(*event);
+    const RecordingEvent& event = events_[next_++];
+    const double time = timeOf(event);
     if (!offset_) offset_ = queue_.now() - time;
-    scheduled_ = queue_.postAfter(time + *offset_ - queue_.now(), [this, event = std::move(*event)] {
+    scheduled_ = queue_.postAfter(time + *offset_ - queue_.now(), [this, &event] {
         deliver(event);
         scheduleNext();
     });

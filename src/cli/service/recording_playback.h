@@ -1,10 +1,9 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
-#include <variant>
+#include <vector>
 
 #include "engine/touch_source.h"
 #include "recognition/recording.h"
@@ -12,22 +11,19 @@
 
 namespace ostrelle::cli {
 
-// The events of a recording, one per call, nothing at its end. Throws std::runtime_error whose
-// text is the whole message for a recording that cannot go on.
-using NextRecordedEvent = std::function<std::optional<RecordingEvent>()>;
-
-// A recording in any format replay reads; nothing, after printing why, when it cannot be read.
-std::optional<NextRecordedEvent> openRecording(const std::filesystem::path& file);
+// The events of a recording in any format replay reads, read whole so that a bad line is refused
+// before the service starts rather than halfway through a demo; nothing, after printing why,
+// when it cannot be read.
+std::optional<std::vector<RecordingEvent>> readRecording(const std::string& file);
 
 // A touch source that plays a recording in real time on the main queue: each event at its
 // recorded offset from the first, counted from the first start. Like a device, it keeps going
-// while stopped and then delivers nothing. Tells `onEnd` once it has played out (nothing) or
-// met a bad line (the message).
+// while stopped and then delivers nothing. Tells `onEnd` once it has played out.
 class RecordingPlayback final : public TouchSource {
   public:
-    using EndHandler = std::function<void(const std::optional<std::string>& error)>;
+    using EndHandler = std::function<void()>;
 
-    RecordingPlayback(MainQueue& queue, NextRecordedEvent next, EndHandler onEnd);
+    RecordingPlayback(MainQueue& queue, std::vector<RecordingEvent> events, EndHandler onEnd);
     ~RecordingPlayback() override;
 
     std::optional<TouchSourceError> start(FrameHandler onFrame, ClickHandler onClick) override;
@@ -42,7 +38,8 @@ class RecordingPlayback final : public TouchSource {
     void deliver(const RecordingEvent& event);
 
     MainQueue& queue_;
-    NextRecordedEvent next_;
+    std::vector<RecordingEvent> events_;
+    std::size_t next_ = 0;
     EndHandler onEnd_;
     FrameHandler onFrame_;
     ClickHandler onClick_;

@@ -66,23 +66,14 @@ int serve(const ParsedArguments& parsed) {
     const auto store =
         openStore(bindingsPath, settings.boolValue(settings_keys::launchedBefore).value_or(false));
 
-    int status = exitSuccess;
     TouchInput input;
     if (const auto file = parsed.value(replayOption)) {
-        auto opened = openRecording(*file);
-        if (!opened) return exitBadInput;
-        auto playback = std::make_unique<RecordingPlayback>(
-            queue, std::move(*opened), [&queue, &status](const std::optional<std::string>& error) {
-                if (error) {
-                    printError(*error);
-                    status = exitBadInput;
-                    queue.quit();
-                } else {
-                    // What the last gestures set off (a tap's wait, an
-                    // action's steps) still happens.
-                    queue.quitWhenIdle();
-                }
-            });
+        auto events = readRecording(*file);
+        if (!events) return exitBadInput;
+        auto playback = std::make_unique<RecordingPlayback>(queue, std::move(*events), [&queue] {
+            // What the last gestures set off (a tap's wait, an action's steps) still happens.
+            queue.quitWhenIdle();
+        });
         input.playback = playback.get();
         input.source = std::move(playback);
     } else {
@@ -120,7 +111,7 @@ int serve(const ParsedArguments& parsed) {
     sd_notify(0, "READY=1");
     queue.run();
     Log::flush(Log::endingFlushLimit);
-    return status;
+    return exitSuccess;
 }
 
 int runService(Arguments arguments) {
