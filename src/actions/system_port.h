@@ -128,6 +128,19 @@ class Feedback {
     virtual void haptic() = 0;
 };
 
+// Keys and buttons in the Linux input numbering (linux_key_codes.h), pressed and released one at
+// a time; a button acts at the pointer where it is. Desktops that expect Linux chords get their
+// actions through it.
+class KeyCodeOutput {
+  public:
+    virtual ~KeyCodeOutput() = default;
+
+    // Why nothing can be sent (no permission, no display), as the user should read it; nothing
+    // when events go out.
+    virtual std::optional<std::string> unavailableReason() = 0;
+    virtual void postKeyCode(std::uint16_t code, bool down) = 0;
+};
+
 // Everything the actions do to the operating system. Each call of the parts maps onto one
 // platform call, so that the decisions (remaps, searches, retries) stay in the portable core.
 class SystemPort {
@@ -139,6 +152,8 @@ class SystemPort {
     virtual Accessibility& accessibility() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual Feedback& feedback() = 0;
+    // Where actions are Linux chords; nothing on systems that take the macOS events above.
+    virtual KeyCodeOutput* keyCodes() { return nullptr; }
 };
 
 }  // namespace ostrelle

@@ -168,6 +168,7 @@ std::optional<std::string> GestureEngine::registrationError(
     if (status == HotKeyRegistrar::alreadyTaken) {
         return shortcut->display(layout) + " is already used by another app. Pick another.";
     }
+    if (status == HotKeyRegistrar::unavailable) return std::string(noGlobalShortcutsError);
     return "macOS couldn't register " + shortcut->display(layout) + " (error " + std::to_string(status) +
            ").";
 }

@@ -15,6 +15,8 @@ class HotKeyRegistrar {
 
     static constexpr Status success = 0;
     static constexpr Status alreadyTaken = -9878;
+    // The desktop lets no program hold a global shortcut; the user binds one in its settings.
+    static constexpr Status unavailable = -1;
 
     struct Registration {
         Status status = success;
