@@ -9,6 +9,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libfmt-dev nlohmann-json3-dev uuid-dev libutf8proc-dev
   libevdev-dev libmtdev-dev libudev-dev libsystemd-dev
+  libx11-dev libxtst-dev libxkbcommon-dev libxkbcommon-x11-dev libx11-xcb-dev libglib2.0-dev libcanberra-dev
+  xvfb x11-xkb-utils xkb-data xdotool
   qemu-system-x86 busybox-static cpio
   clang-format clang-tidy
 )
