@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "actions/linux_actions.h"
 #include "support/contract.h"
 #include "support/text.h"
 #include "support/unicode_text.h"
@@ -31,6 +32,21 @@ const std::map<std::string, std::string, std::less<>>& legacyOptionIDs() {
 
 bool hasSuffix(std::string_view text, std::string_view suffix) {
     return text.size() >= suffix.size() && text.substr(text.size() - suffix.size()) == suffix;
+}
+
+// The option's label as this system shows it.
+const std::string& shownLabel(const ActionCatalog::Entry& entry, const ActionRef& ref,
+                              const ActionHost& host) {
+    if (host.linuxActions) {
+        if (const ActionOption* shown = host.linuxActions->shownOption(ref)) return shown->label;
+    }
+    return entry.option->label;
+}
+
+// A stored shortcut as this system writes shortcuts.
+std::string shortcutText(const KeyShortcut& shortcut, const ActionHost& host) {
+    if (host.linuxActions) return linuxDisplay(shortcut, host.keyboardLayout, host.linuxActions->desktop());
+    return shortcut.display(host.keyboardLayout);
 }
 
 }  // namespace
@@ -73,9 +89,9 @@ std::string ActionCatalog::summary(const ActionRef& ref, const ActionHost& host)
         if (auto name = appName(*ref.app, host.appFiles)) return std::string(openPrefix) + *name;
     }
     if (kind.is<ActionKind::CustomShortcut>() && ref.shortcut) {
-        return std::string(pressPrefix) + ref.shortcut->display(host.keyboardLayout);
+        return std::string(pressPrefix) + shortcutText(*ref.shortcut, host);
     }
-    return entry->option->label;
+    return shownLabel(*entry, ref, host);
 }
 
 std::string ActionCatalog::pill(const ActionRef& ref, const ActionHost& host) {
@@ -85,9 +101,9 @@ std::string ActionCatalog::pill(const ActionRef& ref, const ActionHost& host) {
     if (kind.is<ActionKind::ChooseApp>() && ref.app)
         return appName(*ref.app, host.appFiles).value_or(std::string(appNotFound));
     if (kind.is<ActionKind::CustomShortcut>() && ref.shortcut) {
-        return ref.shortcut->display(host.keyboardLayout);
+        return shortcutText(*ref.shortcut, host);
     }
-    return entry->option->label;
+    return shownLabel(*entry, ref, host);
 }
 
 std::optional<std::string> ActionCatalog::appName(const URL& url, const AppFiles* files) {
@@ -100,12 +116,17 @@ std::optional<std::string> ActionCatalog::appName(const URL& url, const AppFiles
 }
 
 std::vector<AppActions> ActionCatalog::filtered(std::string_view query) {
+    return filtered(query, apps());
+}
+
+std::vector<AppActions> ActionCatalog::filtered(std::string_view query,
+                                                const std::vector<AppActions>& shown) {
     // Only spaces and tabs are trimmed: a typed line end is part of the query.
     const std::string needle = trimSpacesAndTabs(query);
-    if (needle.empty()) return apps();
+    if (needle.empty()) return shown;
     const auto matches = [&](const std::string& text) { return looselyContains(text, needle); };
     std::vector<AppActions> result;
-    for (const AppActions& app : apps()) {
+    for (const AppActions& app : shown) {
         if (matches(app.name)) {
             result.push_back(app);
             continue;

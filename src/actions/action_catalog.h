@@ -59,6 +59,8 @@ class ActionCatalog {
     static std::optional<std::string> appName(const URL& url, const AppFiles* files);
     // The catalog narrowed to what a search text finds.
     static std::vector<AppActions> filtered(std::string_view query);
+    // The same search in the catalog as a platform shows it (its own labels and keys).
+    static std::vector<AppActions> filtered(std::string_view query, const std::vector<AppActions>& shown);
 };
 
 }  // namespace ostrelle

@@ -128,6 +128,10 @@ void ActionRunner::run(const ActionRef& action) {
         }
         return;
     }
+    if (host_.linuxActions) {
+        runOnLinux(action, *entry);
+        return;
+    }
     if (const auto* dock = kind.as<ActionKind::DockNotification>()) {
         if (!system_.workspace().sendDockNotification(dock->name)) fail(system_, missingDockText);
         return;

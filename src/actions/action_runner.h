@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "actions/action_catalog.h"
 #include "actions/action_host.h"
 #include "actions/action_kind.h"
 #include "actions/action_ref.h"
@@ -41,6 +42,8 @@ class ActionRunner {
     static KeyShortcut remapped(const KeyShortcut& shortcut, const std::optional<std::string>& frontmostID);
 
   private:
+    // Linux desktops take chords of their own (the Linux actions table) instead of macOS events.
+    void runOnLinux(const ActionRef& action, const ActionCatalog::Entry& entry);
     void switchWith(std::int64_t key, bool reverse);
     void switchSpace(bool left);
     void selectTab(bool last);

@@ -2,14 +2,30 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <limits>
+#include <ranges>
 
 #include "actions/key_shortcut.h"
+#include "actions/linux_key_codes.h"
 #include "support/contract.h"
 #include "support/log.h"
 
 namespace ostrelle::action_steps {
 namespace {
+
+struct ModifierKey {
+    LinuxChord::Modifier modifier;
+    std::uint16_t key;
+};
+
+// The order in which a chord's modifiers go down.
+constexpr std::array modifierKeys{
+    ModifierKey{LinuxChord::ctrl, linux_key::leftCtrl},
+    ModifierKey{LinuxChord::alt, linux_key::leftAlt},
+    ModifierKey{LinuxChord::shift, linux_key::leftShift},
+    ModifierKey{LinuxChord::super, linux_key::leftMeta},
+};
 
 std::uint16_t checkedKeyCode(std::int64_t key) {
     if (key < 0 || key > std::numeric_limits<std::uint16_t>::max()) {
@@ -27,6 +43,17 @@ void press(SystemPort& system, std::int64_t key, EventFlags flags) {
     EventOutput& events = system.events();
     events.postKey(code, true, eventFlags);
     events.postKey(code, false, eventFlags);
+}
+
+void press(KeyCodeOutput& output, const LinuxChord& chord) {
+    for (const ModifierKey& held : modifierKeys) {
+        if ((chord.modifiers & held.modifier) != 0) output.postKeyCode(held.key, true);
+    }
+    output.postKeyCode(chord.key, true);
+    output.postKeyCode(chord.key, false);
+    for (const ModifierKey& held : std::views::reverse(modifierKeys)) {
+        if ((chord.modifiers & held.modifier) != 0) output.postKeyCode(held.key, false);
+    }
 }
 
 void post(SystemPort& system, std::int64_t key, bool down, EventFlags flags) {

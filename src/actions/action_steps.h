@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "actions/event_flags.h"
+#include "actions/linux_chord.h"
 #include "actions/system_port.h"
 #include "support/main_queue.h"
 
@@ -17,6 +18,9 @@ namespace ostrelle::action_steps {
 void press(SystemPort& system, std::int64_t key, EventFlags flags);
 // One lone key event with exactly these flags: a modifier held down around a press.
 void post(SystemPort& system, std::int64_t key, bool down, EventFlags flags);
+// A Linux chord: its modifiers held in their fixed order, the key pressed, the modifiers let go in
+// the reverse order.
+void press(KeyCodeOutput& output, const LinuxChord& chord);
 // Clears the pasteboard and puts the saved items back.
 void restore(SystemPort& system, const std::vector<PasteboardItem>& saved);
 // Runs the work on the main queue once the delay (seconds) has passed.

@@ -36,7 +36,8 @@ class DryRunSystemPort final : public SystemPort,
                                private Workspace,
                                private Accessibility,
                                private Pasteboard,
-                               private Feedback {
+                               private Feedback,
+                               private KeyCodeOutput {
   public:
     static constexpr std::string_view plainTextType = "public.utf8-plain-text";
     static constexpr std::string_view controlCenterID = "com.apple.controlcenter";
@@ -54,6 +55,10 @@ class DryRunSystemPort final : public SystemPort,
     bool dockAvailable = true;
     std::vector<PasteboardItem> pasteboardItems;
     std::int64_t pasteboardChangeCount = 0;
+    // Whether the actions are Linux chords (they then arrive as Linux key codes), and why keys
+    // can't be sent, when they can't.
+    bool linuxKeyCodes = false;
+    std::optional<std::string> keyCodesUnavailable;
     // What ⌘C puts on the pasteboard, as a browser's focused address field would; nothing copies nothing.
     std::optional<std::string> copiesOnCommandC;
 
@@ -74,6 +79,7 @@ class DryRunSystemPort final : public SystemPort,
     Accessibility& accessibility() override { return *this; }
     Pasteboard& pasteboard() override { return *this; }
     Feedback& feedback() override { return *this; }
+    KeyCodeOutput* keyCodes() override { return linuxKeyCodes ? this : nullptr; }
 
   private:
     void postKey(std::uint16_t key, bool down, EventFlags flags) override;
@@ -101,6 +107,9 @@ class DryRunSystemPort final : public SystemPort,
     std::int64_t changeCount() override { return pasteboardChangeCount; }
     std::optional<std::string> string() override;
     void setString(const std::string& text) override;
+
+    std::optional<std::string> unavailableReason() override { return keyCodesUnavailable; }
+    void postKeyCode(std::uint16_t code, bool down) override { record(recorded::LinuxKey{code, down}); }
 
     void beep() override { record(recorded::Beep{}); }
     void haptic() override { record(recorded::Haptic{}); }

@@ -13,6 +13,9 @@ struct ToJSON {
     nlohmann::json operator()(const recorded::Key& e) const {
         return {{"key", e.key}, {"down", e.down}, {"flags", e.flags}};
     }
+    nlohmann::json operator()(const recorded::LinuxKey& e) const {
+        return {{"linuxKey", e.code}, {"down", e.down}};
+    }
     nlohmann::json operator()(const recorded::Mouse& e) const {
         return {{"mouse", toString(e.type)}, {"x", e.location.x}, {"y", e.location.y}, {"flags", e.flags}};
     }

@@ -22,6 +22,13 @@ struct Key {
     friend bool operator==(const Key&, const Key&) = default;
 };
 
+// A key or button in the Linux input numbering, as Linux desktops get their actions.
+struct LinuxKey {
+    std::uint16_t code = 0;
+    bool down = false;
+    friend bool operator==(const LinuxKey&, const LinuxKey&) = default;
+};
+
 struct Mouse {
     MouseEventType type = MouseEventType::leftDown;
     Point location;
@@ -77,12 +84,12 @@ struct Haptic {
 }  // namespace recorded
 
 using RecordedEvent =
-    std::variant<recorded::Key, recorded::Mouse, recorded::MediaKey, recorded::OpenApplication,
+    std::variant<recorded::Key, recorded::LinuxKey, recorded::Mouse, recorded::MediaKey, recorded::OpenApplication,
                  recorded::DockNotification, recorded::Press, recorded::PasteboardSave,
                  recorded::PasteboardRestore, recorded::PasteboardSet, recorded::Beep, recorded::Haptic>;
 
 // One recorded effect as a JSON object, as the command line prints it:
-// {"key": 124, "down": true, "flags": 11534336}, {"media": 16, "down": true, "data1": …, "flags": 2560}, …
+// {"key": 124, "down": true, "flags": 11534336}, {"linuxKey": 29, "down": true}, {"media": 16, "down": true, "data1": …, "flags": 2560}, …
 nlohmann::json toJSON(const RecordedEvent& event);
 
 namespace recorded {
