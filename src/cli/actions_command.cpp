@@ -1,6 +1,7 @@
 #include "actions/action_catalog.h"
 #include "cli/argument_parser.h"
 #include "cli/commands.h"
+#include "cli/linux_desktop_actions.h"
 #include "cli/output.h"
 
 namespace ostrelle::cli {
@@ -24,8 +25,10 @@ int runActions(Arguments arguments) {
         parseArguments(arguments, {.positionals = {}, .flags = {}, .valued = {searchOption}});
     if (const auto status = finishEarly(actionsCommand(), parsed)) return *status;
 
+    const LinuxActions* linuxActions = linuxDesktopActions();
+    const std::vector<AppActions>& shown = linuxActions ? linuxActions->catalog() : ActionCatalog::apps();
     const auto query = parsed.value(searchOption);
-    const std::vector<AppActions> apps = query ? ActionCatalog::filtered(*query) : ActionCatalog::apps();
+    const std::vector<AppActions> apps = query ? ActionCatalog::filtered(*query, shown) : shown;
     for (const AppActions& app : apps) {
         for (const ActionOption& option : app.options) printLine(optionLine(app, option));
     }
@@ -40,7 +43,8 @@ const Command& actionsCommand() {
         "[--search QUERY]",
         "Lists the action catalog, or what QUERY finds in it (ignoring case and accents), one JSON object "
         "per line: {\"app\", \"option\", \"label\", \"keys\", \"note\"}; \"note\" is left out when the "
-        "option has none. Bind an option as APPID/OPTIONID.",
+        "option has none. On Linux the labels, keys and notes say what the action does on the desktop "
+        "named by XDG_CURRENT_DESKTOP. Bind an option as APPID/OPTIONID.",
         runActions,
     };
     return command;

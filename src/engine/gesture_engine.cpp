@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "actions/key_shortcut_json.h"
+#include "actions/linux_actions.h"
 #include "support/log.h"
 
 namespace ostrelle {
@@ -143,7 +144,9 @@ ToggleHotKey& GestureEngine::hotKey() {
 
 void GestureEngine::setToggleShortcut(const std::optional<KeyShortcut>& shortcut) {
     if (shortcut && !shortcut->isGlobal()) {
-        publish(toggleShortcutError_, std::optional<std::string>(nonGlobalShortcutError));
+        const bool onLinux = services_.host.linuxActions != nullptr;
+        publish(toggleShortcutError_,
+                std::optional<std::string>(onLinux ? linuxNonGlobalShortcutError : nonGlobalShortcutError));
         return;
     }
     const auto status = hotKey().set(shortcut);
@@ -164,13 +167,16 @@ void GestureEngine::suspendToggleShortcut(bool suspended) {
 std::optional<std::string> GestureEngine::registrationError(
     HotKeyRegistrar::Status status, const std::optional<KeyShortcut>& shortcut) const {
     if (status == HotKeyRegistrar::success || !shortcut) return std::nullopt;
-    const KeyboardLayout* layout = services_.host.keyboardLayout;
+    const ActionHost& host = services_.host;
+    const std::string shown = host.linuxActions
+                                  ? linuxDisplay(*shortcut, host.keyboardLayout, host.linuxActions->desktop())
+                                  : shortcut->display(host.keyboardLayout);
     if (status == HotKeyRegistrar::alreadyTaken) {
-        return shortcut->display(layout) + " is already used by another app. Pick another.";
+        return shown + " is already used by another app. Pick another.";
     }
     if (status == HotKeyRegistrar::unavailable) return std::string(noGlobalShortcutsError);
-    return "macOS couldn't register " + shortcut->display(layout) + " (error " + std::to_string(status) +
-           ").";
+    const std::string_view system = host.linuxActions ? "The desktop" : "macOS";
+    return fmt::format("{} couldn't register {} (error {}).", system, shown, status);
 }
 
 std::string GestureEngine::defaultTimeFormat(double unixSeconds) {

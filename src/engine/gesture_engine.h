@@ -52,6 +52,8 @@ class GestureEngine {
 
     static constexpr double startRetryDelay = 2.0;  // seconds between attempts while the source fails
     static constexpr std::string_view nonGlobalShortcutError = "Use ⌃, ⌥ or ⌘ with a key, or an F-key alone.";
+    static constexpr std::string_view linuxNonGlobalShortcutError =
+        "Use Ctrl, Alt or Super with a key, or an F-key alone.";
     static constexpr std::string_view noGlobalShortcutsError =
         "This desktop doesn't let apps set a global shortcut. Add one in its keyboard settings that "
         "runs the command: ostrelle-cli toggle";

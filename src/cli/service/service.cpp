@@ -28,7 +28,13 @@ std::optional<KeyShortcut> storedShortcut(const Settings& settings) {
 
 Service::Service(Parts parts)
     : parts_(parts),
-      engine_({parts.store, parts.source, parts.system, parts.queue, parts.settings, parts.hotKeys}) {}
+      engine_({.store = parts.store,
+               .source = parts.source,
+               .system = parts.system,
+               .queue = parts.queue,
+               .settings = parts.settings,
+               .hotKeys = parts.hotKeys,
+               .host = parts.host}) {}
 
 std::string Service::answer(const std::string& request) {
     Json reply = Json::object();

@@ -23,6 +23,8 @@ class Service {
         HotKeyRegistrar& hotKeys;
         // How many touchpads the source reads now; absent for a recording.
         std::function<int()> touchpadsOpen = nullptr;
+        // What the actions know of the machine: keyboard layout, applications, the desktop's chords.
+        ActionHost host = {};
     };
 
     explicit Service(Parts parts);
