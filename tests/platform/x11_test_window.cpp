@@ -23,24 +23,12 @@ bool waitForEvent(Display* display, Clock::time_point deadline) {
     return true;
 }
 
-const char* kindName(XInputEvent::Kind kind) {
-    switch (kind) {
-        case XInputEvent::Kind::keyPress:
-            return "key press";
-        case XInputEvent::Kind::keyRelease:
-            return "key release";
-        case XInputEvent::Kind::buttonPress:
-            return "button press";
-        case XInputEvent::Kind::buttonRelease:
-            return "button release";
-    }
-    return "?";
-}
-
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const XInputEvent& event) {
-    return out << kindName(event.kind) << " " << event.code << " (state " << event.state << ")";
+    constexpr const char* kinds[] = {"key press", "key release", "button press", "button release"};
+    return out << kinds[static_cast<int>(event.kind)] << " " << event.code << " (state " << event.state
+               << ")";
 }
 
 X11TestWindow::X11TestWindow(const std::string& display) : display_(XOpenDisplay(display.c_str())) {
@@ -77,19 +65,12 @@ std::optional<XInputEvent> X11TestWindow::next(std::chrono::milliseconds limit) 
     while (waitForEvent(display_, deadline)) {
         XEvent event;
         XNextEvent(display_, &event);
-        switch (event.type) {
-            case KeyPress:
-            case KeyRelease:
-                return XInputEvent{
-                    event.type == KeyPress ? XInputEvent::Kind::keyPress : XInputEvent::Kind::keyRelease,
-                    event.xkey.keycode, event.xkey.state};
-            case ButtonPress:
-            case ButtonRelease:
-                return XInputEvent{event.type == ButtonPress ? XInputEvent::Kind::buttonPress
-                                                             : XInputEvent::Kind::buttonRelease,
-                                   event.xbutton.button, event.xbutton.state};
-            default:
-                break;
+        // The X event types of keys and buttons follow one another in the order of `Kind`.
+        if (event.type >= KeyPress && event.type <= ButtonRelease) {
+            const auto kind = static_cast<XInputEvent::Kind>(event.type - KeyPress);
+            const bool key = event.type <= KeyRelease;
+            return XInputEvent{kind, key ? event.xkey.keycode : event.xbutton.button,
+                               key ? event.xkey.state : event.xbutton.state};
         }
     }
     return std::nullopt;

@@ -10,7 +10,8 @@ struct _XDisplay;
 
 namespace ostrelle::testing {
 
-// A key or button event as an X client receives it.
+// A key or button event as an X client receives it; equal by kind and code, the modifier state
+// being checked where it matters.
 struct XInputEvent {
     enum class Kind { keyPress, keyRelease, buttonPress, buttonRelease };
     Kind kind = Kind::keyPress;
