@@ -126,6 +126,8 @@ class Feedback {
     virtual void beep() = 0;
     // A short tap of the trackpad's haptic engine.
     virtual void haptic() = 0;
+    // Whether this system has one at all; where it hasn't, the setting is not offered.
+    virtual bool hasHaptics() const { return true; }
 };
 
 // Keys and buttons in the Linux input numbering (linux_key_codes.h), pressed and released one at

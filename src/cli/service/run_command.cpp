@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "actions/dry_run_system_port.h"
+#include "actions/linux_actions.h"
 #include "cli/argument_parser.h"
 #include "cli/commands.h"
 #include "cli/engine_lines.h"
@@ -19,6 +20,8 @@
 #include "platform/linux/evdev_touch_source.h"
 #include "platform/linux/folder_watch.h"
 #include "platform/linux/instance_socket.h"
+#include "platform/linux/key_code_output.h"
+#include "platform/linux/linux_system_port.h"
 #include "platform/linux/signal_watch.h"
 #include "platform/linux/wake_watch.h"
 #include "support/log.h"
@@ -82,22 +85,37 @@ int serve(const ParsedArguments& parsed) {
         input.source = std::move(touchpads);
     }
 
-    DryRunSystemPort system;
+    // Actions are the chords of the desktop this runs on; a dry run shows them instead of sending them.
+    const LinuxActions linuxActions(linuxDesktopFrom(environment("XDG_CURRENT_DESKTOP").value_or("")));
+    ActionHost host;
+    host.linuxActions = &linuxActions;
+    DryRunSystemPort dryRun;
+    dryRun.linuxKeyCodes = true;
+    std::optional<LinuxSystemPort> desktop;
+    if (!parsed.has(dryRunFlag)) {
+        desktop.emplace(LinuxSystemPort::Parts{.keys = openKeyCodeOutput(environment),
+                                               .actions = linuxActions,
+                                               .activeWindowClass = nullptr,
+                                               .openApplication = nullptr,
+                                               .beep = nullptr});
+    }
+    SystemPort& system = desktop ? static_cast<SystemPort&>(*desktop) : dryRun;
+
     InertHotKeyRegistrar hotKeys;
-    Service service({queue, *input.source, system, settings, *store, hotKeys, input.touchpadsOpen});
+    Service service({queue, *input.source, system, settings, *store, hotKeys, input.touchpadsOpen, host});
     answer = [&service](const std::string& request) { return service.answer(request); };
     std::optional<EngineLines> lines;
     if (parsed.has(dryRunFlag)) {
-        lines.emplace(service.engine(), system, [&queue, playback = input.playback] {
+        lines.emplace(service.engine(), dryRun, [&queue, playback = input.playback] {
             const double time = playback ? playback->recordingTime() : queue.now();
             return std::round(time / linesResolution) * linesResolution;
         });
     }
 
     // The dry run's memory of effects would grow for as long as the service runs.
-    system.onRecord = [&system, show = std::move(system.onRecord)](const RecordedEvent& event) {
+    dryRun.onRecord = [&dryRun, show = std::move(dryRun.onRecord)](const RecordedEvent& event) {
         if (show) show(event);
-        system.clearRecorded();
+        dryRun.clearRecorded();
     };
 
     const auto onChange = [&service](const std::string& name) { service.fileChanged(name); };
@@ -135,7 +153,8 @@ const Command& runCommand() {
         "Runs Ostrelle in the background without a window: reads the touchpad and runs the bound actions "
         "until SIGTERM or SIGINT. A running instance is asked to quit first. --replay plays a recording "
         "in real time instead of the touchpad and ends when it has played out; --dry-run prints the "
-        "actions as JSON lines (as replay --bindings does) instead of carrying them out.",
+        "gestures as JSON lines (as replay --bindings does) and, instead of sending them, the Linux key "
+        "codes of their actions as {\"linuxKey\": CODE, \"down\": BOOL}.",
         runService,
     };
     return command;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "actions/linux_actions.h"
+#include "actions/no_op_system_port.h"
+#include "actions/system_port.h"
+
+namespace ostrelle {
+
+// What the actions do to a Linux desktop: chords through uinput or XTest, the application in
+// front as the runner's per-application rules name it, applications opened from their desktop
+// entries, the desktop's bell. The macOS-only parts (accessibility, pasteboard, macOS events) are
+// inert: the runner's Linux path never asks them.
+class LinuxSystemPort final : public SystemPort, private Workspace, private Feedback {
+  public:
+    struct Parts {
+        std::unique_ptr<KeyCodeOutput> keys;
+        const LinuxActions& actions;
+        // The class of the active window; absent where it can't be known (Wayland).
+        std::function<std::optional<std::string>()> activeWindowClass;
+        std::function<void(const std::string& path)> openApplication;
+        std::function<void()> beep;
+    };
+
+    explicit LinuxSystemPort(Parts parts) : parts_(std::move(parts)) {}
+
+    EventOutput& events() override { return inert_.events(); }
+    Workspace& workspace() override { return *this; }
+    Accessibility& accessibility() override { return inert_.accessibility(); }
+    Pasteboard& pasteboard() override { return inert_.pasteboard(); }
+    Feedback& feedback() override { return *this; }
+    KeyCodeOutput* keyCodes() override { return parts_.keys.get(); }
+
+  private:
+    std::optional<std::string> frontmostApplicationID() override;
+    void openApplication(const std::string& path) override;
+    bool sendDockNotification(const std::string&) override { return false; }
+
+    void beep() override;
+    void haptic() override {}
+    bool hasHaptics() const override { return false; }
+
+    Parts parts_;
+    NoOpSystemPort inert_;
+};
+
+}  // namespace ostrelle
