@@ -246,7 +246,7 @@ TEST_F(X11Session, KeyboardLayoutFollowsTheServersKeymap) {
         {"us", {{0x10, "y"}, {0x29, ";"}, {0x32, "`"}, {0x24, "\r"}}},
         {"fr", {{0x00, "q"}, {0x12, "&"}}},
     };
-    const auto layout = XkbKeyboardLayout::fromServer(*connection);
+    const auto layout = XkbKeyboardLayout::forSession(connection.get());
     ASSERT_NE(layout, nullptr);
     for (const Row& row : rows) {
         // Waits until the first key reads as the new layout has it, then checks the rest.

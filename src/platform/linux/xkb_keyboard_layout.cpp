@@ -88,6 +88,13 @@ std::unique_ptr<XkbKeyboardLayout> XkbKeyboardLayout::fromDefaults() {
     return layout;
 }
 
+std::unique_ptr<XkbKeyboardLayout> XkbKeyboardLayout::forSession(X11Connection* x11) {
+    if (x11 != nullptr) {
+        if (auto layout = fromServer(*x11)) return layout;
+    }
+    return fromDefaults();
+}
+
 bool XkbKeyboardLayout::loadFromServer() {
     xcb_connection_t* xcb = XGetXCBConnection(connection_->display());
     xkb_keymap* keymap = xkb_x11_keymap_new_from_device(context_, xcb, device_, XKB_KEYMAP_COMPILE_NO_FLAGS);

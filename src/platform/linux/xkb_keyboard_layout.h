@@ -24,6 +24,8 @@ class XkbKeyboardLayout final : public KeyboardLayout {
     // The keymap xkbcommon builds from its defaults and the XKB_DEFAULT_* variables (Wayland, the
     // console); nothing when the keymap data isn't installed.
     static std::unique_ptr<XkbKeyboardLayout> fromDefaults();
+    // The server's keymap when there is an X connection that has one, else the defaults.
+    static std::unique_ptr<XkbKeyboardLayout> forSession(X11Connection* x11);
     ~XkbKeyboardLayout() override;
     XkbKeyboardLayout(const XkbKeyboardLayout&) = delete;
     XkbKeyboardLayout& operator=(const XkbKeyboardLayout&) = delete;
