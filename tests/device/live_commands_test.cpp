@@ -9,11 +9,14 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
+#include "node_reader.h"
+#include "platform/linux/uinput_key_output.h"
 #include "recognition/recording.h"
 #include "testing/scratch_home.h"
-#include "touchpad/evdev_event.h"
 #include "uinput_device.h"
 
 namespace ostrelle {
@@ -84,11 +87,11 @@ TEST(RecordCommand, WritesTheTouchpadAsARecordingUntilInterrupted) {
     pad.touch(0, 3, 500, 300);
     pad.fingers(1);
     pad.report();
-    pad.write(evdev::EV_KEY, evdev::BTN_LEFT, 1);
+    pad.write(EV_KEY, BTN_LEFT, 1);
     pad.report();
     pad.lift(0);
     pad.fingers(0);
-    pad.write(evdev::EV_KEY, evdev::BTN_LEFT, 0);
+    pad.write(EV_KEY, BTN_LEFT, 0);
     pad.report();
     const bool wrote = cli.waitFor("\"touches\": []");
     EXPECT_TRUE(cli.interrupt()) << "an interrupt ends it without a failure";
@@ -132,6 +135,69 @@ TEST(RunCommand, TheServiceReadsATouchpadPluggedInAndRunsTheBindingOfItsGesture)
     pad.report();
     EXPECT_TRUE(service.waitFor("\"run\": \"browsers/newtab\"")) << service.output;
     EXPECT_TRUE(service.interrupt());
+}
+
+// The event node of the input device with this name; empty when there is none.
+std::string nodeNamed(std::string_view name) {
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/input")) {
+        if (!entry.path().filename().string().starts_with("event")) continue;
+        testing::NodeReader reader(entry.path().string());
+        if (reader.device() && libevdev_get_name(reader.device()) == name) return entry.path().string();
+    }
+    return {};
+}
+
+void tap(testing::UinputDevice& pad, int fingers) {
+    for (int slot = 0; slot < fingers; ++slot) pad.touch(slot, 40 + slot, 200 + 150 * slot, 300);
+    pad.fingers(fingers);
+    pad.report();
+    for (int slot = 0; slot < fingers; ++slot) pad.lift(slot);
+    pad.fingers(0);
+    pad.report();
+}
+
+TEST(RunCommand, TheServiceSendsTheKeysAndClicksOfItsActionsThroughItsVirtualKeyboard) {
+    if (std::getenv("OSTRELLE_CLI") == nullptr) GTEST_SKIP() << "OSTRELLE_CLI names no ostrelle-cli";
+    const testing::ScratchHome home;
+    const auto bindings = home.temporaryFolder() / "bindings.json";
+    std::filesystem::create_directories(bindings.parent_path());
+    std::ofstream(bindings) << R"([
+        {"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A21", "gesture": "3.tap", "createdAt": 1,
+         "action": {"appID": "browsers", "optionID": "reopen"}},
+        {"id": "0E4A5C3B-7D2F-4B8E-9A61-3C5D7E9F1A22", "gesture": "4.tap", "createdAt": 2,
+         "action": {"appID": "browsers", "optionID": "linktab"}}])";
+    testing::UinputDevice pad;
+    RunningCLI service("run --bindings " + bindings.string(), home);
+    std::string output;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while ((output = nodeNamed(UinputKeyOutput::deviceName)).empty() &&
+           std::chrono::steady_clock::now() < deadline) {
+    }
+    ASSERT_FALSE(output.empty()) << "the service made no virtual keyboard";
+    testing::NodeReader reader(output);
+    const auto touchpadRead = [&home] {
+        RunningCLI status("status", home);
+        status.waitFor("}");
+        status.interrupt();
+        return status.output.find("\"touchpads\": 1") != std::string::npos;
+    };
+    while (!touchpadRead() && std::chrono::steady_clock::now() < deadline) {
+    }
+
+    // Ctrl+Shift+T: the modifiers go down in a fixed order before the key and come up after it.
+    tap(pad, 3);
+    using testing::KeyEvent;
+    EXPECT_EQ(reader.keys(6), (std::vector<KeyEvent>{{KEY_LEFTCTRL, 1},
+                                                     {KEY_LEFTSHIFT, 1},
+                                                     {KEY_T, 1},
+                                                     {KEY_T, 0},
+                                                     {KEY_LEFTSHIFT, 0},
+                                                     {KEY_LEFTCTRL, 0}}));
+    // A link opened in a new tab: the left button clicked with Ctrl held.
+    tap(pad, 4);
+    EXPECT_EQ(reader.keys(4),
+              (std::vector<KeyEvent>{{KEY_LEFTCTRL, 1}, {BTN_LEFT, 1}, {BTN_LEFT, 0}, {KEY_LEFTCTRL, 0}}));
+    EXPECT_TRUE(service.interrupt()) << service.output;
 }
 
 }  // namespace

@@ -16,14 +16,18 @@
 #include "cli/service/recording_playback.h"
 #include "cli/service/service.h"
 #include "cli/store_session.h"
-#include "engine/inert_hot_key_registrar.h"
+#include "platform/linux/desktop_bell.h"
 #include "platform/linux/evdev_touch_source.h"
 #include "platform/linux/folder_watch.h"
+#include "platform/linux/hot_key_choice.h"
 #include "platform/linux/instance_socket.h"
 #include "platform/linux/key_code_output.h"
 #include "platform/linux/linux_system_port.h"
 #include "platform/linux/signal_watch.h"
 #include "platform/linux/wake_watch.h"
+#include "platform/linux/x11_active_window.h"
+#include "platform/linux/x11_connection.h"
+#include "platform/linux/xkb_keyboard_layout.h"
 #include "support/log.h"
 
 namespace ostrelle::cli {
@@ -87,22 +91,34 @@ int serve(const ParsedArguments& parsed) {
 
     // Actions are the chords of the desktop this runs on; a dry run shows them instead of sending them.
     const LinuxActions linuxActions(linuxDesktopFrom(environment("XDG_CURRENT_DESKTOP").value_or("")));
+    const auto x11 = X11Connection::open(environment("DISPLAY").value_or(""));
+    if (x11) x11->watch(queue);
+    std::optional<X11ActiveWindow> activeWindow;
+    if (x11) activeWindow.emplace(*x11);
+    const auto layout = XkbKeyboardLayout::forSession(x11.get());
     ActionHost host;
+    host.keyboardLayout = layout.get();
     host.linuxActions = &linuxActions;
+
     DryRunSystemPort dryRun;
     dryRun.linuxKeyCodes = true;
+    DesktopBell bell(x11.get());
     std::optional<LinuxSystemPort> desktop;
     if (!parsed.has(dryRunFlag)) {
-        desktop.emplace(LinuxSystemPort::Parts{.keys = openKeyCodeOutput(environment),
-                                               .actions = linuxActions,
-                                               .activeWindowClass = nullptr,
-                                               .openApplication = nullptr,
-                                               .beep = nullptr});
+        desktop.emplace(LinuxSystemPort::Parts{
+            .keys = openKeyCodeOutput(environment),
+            .actions = linuxActions,
+            .activeWindowClass = [&activeWindow]() -> std::optional<WindowClass> {
+                return activeWindow ? activeWindow->active() : std::nullopt;
+            },
+            .openApplication = nullptr,
+            .feedback = bell,
+        });
     }
     SystemPort& system = desktop ? static_cast<SystemPort&>(*desktop) : dryRun;
 
-    InertHotKeyRegistrar hotKeys;
-    Service service({queue, *input.source, system, settings, *store, hotKeys, input.touchpadsOpen, host});
+    const auto hotKeys = chooseHotKeyRegistrar(environment, x11.get(), queue);
+    Service service({queue, *input.source, system, settings, *store, *hotKeys, input.touchpadsOpen, host});
     answer = [&service](const std::string& request) { return service.answer(request); };
     std::optional<EngineLines> lines;
     if (parsed.has(dryRunFlag)) {

@@ -13,8 +13,6 @@ namespace ostrelle {
 // the desktop lets programs drive, so haptic() does nothing and hasHaptics says so to the settings.
 class DesktopBell final : public Feedback {
   public:
-    static constexpr bool hasHaptics = false;
-
     // `x11` may be null (a Wayland session without XWayland, the console); it must outlive this.
     explicit DesktopBell(X11Connection* x11);
     ~DesktopBell() override;
@@ -23,6 +21,7 @@ class DesktopBell final : public Feedback {
 
     void beep() override;
     void haptic() override {}
+    bool hasHaptics() const override { return false; }
 
   private:
     bool playSound();

@@ -4,18 +4,17 @@ namespace ostrelle {
 
 std::optional<std::string> LinuxSystemPort::frontmostApplicationID() {
     if (!parts_.activeWindowClass) return std::nullopt;
-    const auto windowClass = parts_.activeWindowClass();
-    if (!windowClass) return std::nullopt;
-    // Apps the per-application rules don't know keep their class, which matches no rule.
-    return parts_.actions.applicationID(*windowClass).value_or(*windowClass);
+    const auto window = parts_.activeWindowClass();
+    if (!window) return std::nullopt;
+    // Some programs put their name in the class, others in the instance. Apps the per-application
+    // rules don't know keep their class, which matches no rule.
+    if (auto id = parts_.actions.applicationID(window->className)) return id;
+    if (auto id = parts_.actions.applicationID(window->instanceName)) return id;
+    return window->className;
 }
 
 void LinuxSystemPort::openApplication(const std::string& path) {
     if (parts_.openApplication) parts_.openApplication(path);
-}
-
-void LinuxSystemPort::beep() {
-    if (parts_.beep) parts_.beep();
 }
 
 }  // namespace ostrelle
