@@ -107,8 +107,16 @@ std::string ActionCatalog::pill(const ActionRef& ref, const ActionHost& host) {
 }
 
 std::optional<std::string> ActionCatalog::appName(const URL& url, const AppFiles* files) {
-    if (!files || !url.isFileURL() || url.pathExtension() != appExtension) return std::nullopt;
+    // A Linux application is a desktop entry file, named by the entry itself.
+    constexpr std::string_view desktopExtension = "desktop";
+    if (!files || !url.isFileURL()) return std::nullopt;
     const std::string path = url.path();
+    if (url.pathExtension() == desktopExtension) {
+        auto entry = files->desktopEntry(path);
+        if (!entry) return std::nullopt;
+        return std::move(entry->name);
+    }
+    if (url.pathExtension() != appExtension) return std::nullopt;
     if (!files->isDirectory(path)) return std::nullopt;
     std::string name = files->displayName(path);
     if (hasSuffix(name, dotAppSuffix)) name.resize(name.size() - dotAppSuffix.size());

@@ -18,6 +18,16 @@ struct NamedApp {
     std::string name;
 };
 
+// Equal names keep their order: that of the folders' precedence.
+std::vector<URL> sortedByName(std::vector<NamedApp> apps) {
+    std::stable_sort(apps.begin(), apps.end(),
+                     [](const NamedApp& a, const NamedApp& b) { return naturalCompare(a.name, b.name) < 0; });
+    std::vector<URL> result;
+    result.reserve(apps.size());
+    for (NamedApp& app : apps) result.push_back(std::move(app.url));
+    return result;
+}
+
 }  // namespace
 
 std::vector<std::string> InstalledApps::folders(const std::string& homeDirectory) {
@@ -57,12 +67,18 @@ std::vector<URL> InstalledApps::scan(const AppFiles& files) {
         apps.push_back({std::move(url), std::move(*name)});
     }
 
-    std::stable_sort(apps.begin(), apps.end(),
-                     [](const NamedApp& a, const NamedApp& b) { return naturalCompare(a.name, b.name) < 0; });
-    std::vector<URL> result;
-    result.reserve(apps.size());
-    for (NamedApp& app : apps) result.push_back(std::move(app.url));
-    return result;
+    return sortedByName(std::move(apps));
+}
+
+std::vector<URL> InstalledApps::scanDesktopEntries(const AppFiles& files) {
+    std::vector<NamedApp> apps;
+    std::set<std::string> seen;
+    for (DesktopEntry& entry : files.desktopEntries()) {
+        // A hidden entry still takes its id: that is how a user's copy removes a system one.
+        if (!seen.insert(entry.id).second || entry.hidden) continue;
+        apps.push_back({URL::fileURL(entry.path, false), std::move(entry.name)});
+    }
+    return sortedByName(std::move(apps));
 }
 
 }  // namespace ostrelle

@@ -19,6 +19,11 @@ class InstalledApps {
 
     // A fresh scan of the folders.
     static std::vector<URL> scan(const AppFiles& files);
+
+    // The applications of a Linux desktop: the file URLs of its desktop entries, each id once
+    // (the copy of highest precedence), hidden ones left out, sorted by name as a file browser
+    // sorts.
+    static std::vector<URL> scanDesktopEntries(const AppFiles& files);
 };
 
 }  // namespace ostrelle

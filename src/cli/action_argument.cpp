@@ -10,6 +10,7 @@
 #include "cli/binding_line.h"
 #include "cli/catalog_ids.h"
 #include "cli/closest_ids.h"
+#include "cli/command_line_host.h"
 #include "cli/shortcut_argument.h"
 
 namespace ostrelle::cli {
@@ -32,7 +33,7 @@ std::string optionsOfKind() {
 }
 
 // An application is stored as the file URL of its absolute path; bundles are folders, so their
-// URLs end in a slash.
+// URLs end in a slash, and desktop entries are files.
 std::optional<URL> applicationURL(const std::string& text) {
     if (text.empty()) return std::nullopt;  // would otherwise name the current folder
     std::error_code failed;
@@ -71,6 +72,10 @@ ActionArgument parseActionArgument(const std::string& text, const ParsedArgument
         if (!appText) return failure(fmt::format("{} needs --app PATH", text));
         action.app = applicationURL(*appText);
         if (!action.app) return failure(fmt::format("--app: no such file or folder: {}", *appText));
+        // Bound, anything else would only ever show "Open an app" and open nothing.
+        if (!ActionCatalog::appName(*action.app, commandLineHost().appFiles)) {
+            return failure(fmt::format("--app: not an {}: {}", applicationKinds(), *appText));
+        }
     } else if (appText) {
         return failure(
             fmt::format("--app is only for {}, not {}", optionsOfKind<ActionKind::ChooseApp>(), text));

@@ -6,6 +6,7 @@
 #include "cli/binding_line.h"
 #include "cli/catalog_ids.h"
 #include "cli/closest_ids.h"
+#include "cli/command_line_host.h"
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/store_session.h"
@@ -54,7 +55,7 @@ int runBind(Arguments arguments) {
         const GestureBinding* holder = store->bindingFor(gesture);
         printError(fmt::format("{} is already bound to {} ({}); unbind it first", gestureID,
                                actionPath(holder->action),
-                               ActionCatalog::summary(holder->action, ActionHost{})));
+                               ActionCatalog::summary(holder->action, commandLineHost())));
         return exitRefused;
     }
     printLine(bindingLine(binding));
@@ -69,9 +70,9 @@ const Command& bindCommand() {
         "GESTURE APPID/OPTIONID [--shortcut KEY:MODS] [--app PATH] [--file PATH] [--launched-before]",
         "Binds an enabled built-in gesture to an action and prints the new binding as one JSON object. "
         "keyboard/custom needs --shortcut KEY:MODS (a key code 0-127 and a comma list of control, "
-        "option, shift, command, e.g. 17:control,command, or 17: for none); openapps/app needs --app PATH. A "
-        "gesture "
-        "that is already bound is refused (exit status 1).",
+        "option, shift, command, e.g. 17:control,command, or 17: for none); openapps/app needs --app PATH "
+        "(an .app bundle, or on Linux a .desktop file). A gesture that is already bound is refused (exit "
+        "status 1).",
         runBind,
     };
     return command;

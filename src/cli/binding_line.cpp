@@ -1,6 +1,7 @@
 #include "cli/binding_line.h"
 
 #include "actions/action_catalog.h"
+#include "cli/command_line_host.h"
 
 namespace ostrelle::cli {
 
@@ -14,7 +15,7 @@ nlohmann::ordered_json bindingLine(const GestureBinding& binding) {
     line["gesture"] = binding.gesture.id;
     line["name"] = binding.gesture.displayName();
     line["action"] = actionPath(binding.action);
-    line["summary"] = ActionCatalog::summary(binding.action, ActionHost{});
+    line["summary"] = ActionCatalog::summary(binding.action, commandLineHost());
     line["id"] = binding.id;
     return line;
 }

@@ -105,6 +105,21 @@ TEST(ActionCatalog, AppNameNeedsAnExistingAppDirectory) {
     EXPECT_FALSE(ActionCatalog::appName(URL::fileURL("/Applications/Preview.app", true), nullptr));
 }
 
+TEST(ActionCatalog, AppNameOfADesktopEntryIsTheEntrysName) {
+    testing::FakeAppFiles files;
+    files.entries = {{"editor.desktop", "/usr/share/applications/editor.desktop", "Text Editor", "", false},
+                     {"panel.desktop", "/usr/share/applications/panel.desktop", "Panel", "", true}};
+    files.addBundle("/usr/share/applications", "folder.desktop", std::nullopt);  // a directory, no entry
+    const auto name = [&](const char* url) { return ActionCatalog::appName(*URL::parse(url), &files); };
+    EXPECT_EQ(name("file:///usr/share/applications/editor.desktop"), "Text Editor");
+    EXPECT_EQ(name("file:///usr/share/applications/panel.desktop"),
+              "Panel");  // still bound, though not listed
+    for (const char* missing :
+         {"file:///usr/share/applications/gone.desktop", "file:///usr/share/applications/folder.desktop/",
+          "file:///usr/share/applications/editor.desktop.app/"})
+        EXPECT_FALSE(name(missing)) << missing;
+}
+
 // Each row: what is found, as "group/option", or "group/*" for a whole group, in catalog order.
 TEST(ActionCatalogFilter, FindsLabelsKeysAndGroupsInCatalogOrder) {
     const std::pair<const char*, std::vector<std::string>> rows[] = {

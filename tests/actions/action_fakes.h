@@ -63,6 +63,15 @@ class FakeAppFiles : public AppFiles {
         return bundles.contains(path) ? bundles.at(path).identifier : std::nullopt;
     }
     std::string homeDirectory() const override { return home; }
+
+    std::vector<DesktopEntry> entries;  // in precedence order
+    std::vector<DesktopEntry> desktopEntries() const override { return entries; }
+    std::optional<DesktopEntry> desktopEntry(const std::string& path) const override {
+        for (const DesktopEntry& entry : entries) {
+            if (entry.path == path) return entry;
+        }
+        return std::nullopt;
+    }
 };
 
 }  // namespace ostrelle::testing

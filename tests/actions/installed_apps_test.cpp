@@ -63,5 +63,34 @@ TEST_F(InstalledAppsScan, SortsNaturallyWithoutCaseAndStably) {
                                         "/Applications/zebra.app"}));
 }
 
+TEST(InstalledDesktopEntries, FirstOfAnIdWinsHiddenOnesMaskAndNamesSortNaturally) {
+    constexpr auto user = "/home/tester/.local/share/applications/";
+    constexpr auto system = "/usr/share/applications/";
+    const auto entry = [](std::string folder, std::string id, std::string name, bool hidden = false) {
+        return DesktopEntry{id, folder + id, std::move(name), "", hidden};
+    };
+    testing::FakeAppFiles files;
+    files.entries = {
+        entry(user, "editor.desktop", "My Editor"),
+        entry(user, "removed.desktop", "Removed", true),  // the user's way of hiding a system entry
+        entry(system, "App 10.desktop", "App 10"),
+        entry(system, "editor.desktop", "Editor"),
+        entry(system, "removed.desktop", "Removed"),
+        entry(system, "settings-panel.desktop", "Panel", true),  // NoDisplay, or not on this desktop
+        entry(system, "app2.desktop", "app 2"),
+        entry(system, "twin-b.desktop", "Twin"),
+        entry(system, "twin-a.desktop", "twin"),
+    };
+    std::vector<std::string> urls;
+    for (const URL& url : InstalledApps::scanDesktopEntries(files)) urls.push_back(url.absoluteString());
+    EXPECT_EQ(urls, (std::vector<std::string>{
+                        "file:///usr/share/applications/app2.desktop",
+                        "file:///usr/share/applications/App%2010.desktop",
+                        "file:///home/tester/.local/share/applications/editor.desktop",
+                        "file:///usr/share/applications/twin-b.desktop",
+                        "file:///usr/share/applications/twin-a.desktop",
+                    }));
+}
+
 }  // namespace
 }  // namespace ostrelle

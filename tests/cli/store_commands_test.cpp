@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <future>
 #include <nlohmann/json.hpp>
 #include <regex>
@@ -19,6 +20,13 @@ namespace {
 
 using testing::CLIResult;
 using Lines = std::vector<std::string>;
+
+// What the command line takes for an application to open.
+#ifdef __linux__
+constexpr auto applicationKinds = "application bundle or desktop entry";
+#else
+constexpr auto applicationKinds = "application bundle";
+#endif
 
 // A bindings file in a fresh temporary folder, and the command line pointed at it.
 struct StoreCLI {
@@ -98,6 +106,7 @@ TEST(BindCommand, RefusesWhatItCannotBindWithStatusTwoAndTouchesNoFile) {
     };
     const std::string badKey = " is not a number from 0 to 127\n";
     const std::string badList = " (use control, option, shift, command)\n";
+    const std::string notAnApp = std::string("--app: not an ") + applicationKinds + ": ";
     const std::vector<std::pair<Lines, std::string>> rows{
         {{"3.tapp", "browsers/back"}, R"(unknown gesture "3.tapp" (closest: 3.tap, )"},
         {{"3.tap", "sytem/mission"}, R"(unknown action "sytem/mission" (closest: system/mission, )"},
@@ -118,7 +127,13 @@ TEST(BindCommand, RefusesWhatItCannotBindWithStatusTwoAndTouchesNoFile) {
         {{"5.tap", "openapps/app", "--app", app + "/No.app"},
          "--app: no such file or folder: " + app + "/No.app\n"},
         {{"5.tap", "system/copy", "--app", app}, "--app is only for openapps/app, not system/copy\n"},
+        {{"5.tap", "openapps/app", "--app", app}, notAnApp + app + "\n"},  // a plain folder
+        {{"5.tap", "openapps/app", "--app", app + "/notes.txt"}, notAnApp + app + "/notes.txt\n"},
+        {{"5.tap", "openapps/app", "--app", app + "/Broken.desktop"}, notAnApp + app + "/Broken.desktop\n"},
     };
+    testing::writeText(store.folder / "notes.txt", "not an app");
+    testing::writeText(store.folder / "Broken.desktop",
+                       "[Desktop Entry]\nType=Link\nURL=https://example.com\n");
     for (const auto& [tail, error] : rows) {
         Lines arguments{"bind"};
         arguments.insert(arguments.end(), tail.begin(), tail.end());
@@ -130,7 +145,7 @@ TEST(BindCommand, RefusesWhatItCannotBindWithStatusTwoAndTouchesNoFile) {
     EXPECT_FALSE(std::filesystem::exists(store.file));
 }
 
-TEST(BindCommand, StoresShortcutsAndAppsAsGiven) {
+TEST(BindCommand, StoresShortcutsAsGiven) {
     const std::vector<std::pair<std::string, KeyShortcut>> shortcuts{
         {"49", {49, 0}},
         {"122:", {122, 0}},  // as a script that joins an empty list of modifiers writes it
@@ -141,13 +156,34 @@ TEST(BindCommand, StoresShortcutsAndAppsAsGiven) {
         ASSERT_EQ(store.run({"bind", "5.tap", "keyboard/custom", "--shortcut", text}).status, 0) << text;
         EXPECT_EQ(store.stored().back().action.shortcut, shortcut) << text;
     }
-    const StoreCLI store;
-    const auto app = store.folder / "Preview Tool.app";
-    std::filesystem::create_directory(app);
-    ASSERT_EQ(store.run({"bind", "5.tap", "openapps/app", "--app", app.string() + "/"}).status, 0);
-    ASSERT_TRUE(store.stored().back().action.app);
-    EXPECT_EQ(store.stored().back().action.app->absoluteString(),
-              "file://" + store.folder.path().string() + "/Preview%20Tool.app/");
+}
+
+// Each row: what --app names, and the end of the URL stored for it; the summary names the app
+// until it is gone.
+TEST(BindCommand, StoresAnAppAsItsFileURLAndNamesItInTheSummaryUntilItIsGone) {
+    std::vector<std::array<std::string, 3>> rows{{"Some Tool.app/", "Some%20Tool.app/", "Open Some Tool"},
+                                                 {"Some.app", "Some.app/", "Open Some"}};
+#ifdef __linux__
+    rows.push_back({"editor.desktop", "editor.desktop", "Open Text Editor"});
+#endif
+    for (const auto& [path, url, summary] : rows) {
+        const StoreCLI store;
+        std::filesystem::create_directory(store.folder / "Some Tool.app");
+        std::filesystem::create_directory(store.folder / "Some.app");
+        testing::writeText(store.folder / "editor.desktop",
+                           "[Desktop Entry]\nType=Application\nName=Text Editor\nExec=true %F\n");
+        const CLIResult bound =
+            store.run({"bind", "5.tap", "openapps/app", "--app", (store.folder / path).string()});
+        ASSERT_EQ(bound.status, 0) << path << ": " << bound.err;
+        EXPECT_EQ(nlohmann::json::parse(bound.out)["summary"], summary);
+        ASSERT_TRUE(store.stored().back().action.app);
+        EXPECT_EQ(store.stored().back().action.app->absoluteString(),
+                  "file://" + store.folder.path().string() + "/" + url);
+
+        std::filesystem::remove(store.folder / path);
+        EXPECT_EQ(store.run({"bind", "5.tap", "system/copy"}).err,
+                  "error: 5.tap is already bound to openapps/app (Open an app); unbind it first\n");
+    }
 }
 
 TEST(BindCommand, AddsABindingUntilUnbindRemovesItAndRefusesTakenOrFreeGesturesWithStatusOne) {
