@@ -1,7 +1,8 @@
 #include "actions/action_catalog.h"
+#include "actions/linux_actions.h"
 #include "cli/argument_parser.h"
+#include "cli/command_line_host.h"
 #include "cli/commands.h"
-#include "cli/linux_desktop_actions.h"
 #include "cli/output.h"
 
 namespace ostrelle::cli {

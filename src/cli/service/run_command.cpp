@@ -17,8 +17,10 @@
 #include "cli/service/service.h"
 #include "cli/store_session.h"
 #include "platform/linux/desktop_bell.h"
+#include "platform/linux/desktop_entry_launcher.h"
 #include "platform/linux/evdev_touch_source.h"
 #include "platform/linux/folder_watch.h"
+#include "platform/linux/gio_app_files.h"
 #include "platform/linux/hot_key_choice.h"
 #include "platform/linux/instance_socket.h"
 #include "platform/linux/key_code_output.h"
@@ -96,13 +98,16 @@ int serve(const ParsedArguments& parsed) {
     std::optional<X11ActiveWindow> activeWindow;
     if (x11) activeWindow.emplace(*x11);
     const auto layout = XkbKeyboardLayout::forSession(x11.get());
+    const GioAppFiles applications;
     ActionHost host;
     host.keyboardLayout = layout.get();
+    host.appFiles = &applications;
     host.linuxActions = &linuxActions;
 
     DryRunSystemPort dryRun;
     dryRun.linuxKeyCodes = true;
     DesktopBell bell(x11.get());
+    const DesktopEntryLauncher launcher;
     std::optional<LinuxSystemPort> desktop;
     if (!parsed.has(dryRunFlag)) {
         desktop.emplace(LinuxSystemPort::Parts{
@@ -111,7 +116,7 @@ int serve(const ParsedArguments& parsed) {
             .activeWindowClass = [&activeWindow]() -> std::optional<WindowClass> {
                 return activeWindow ? activeWindow->active() : std::nullopt;
             },
-            .openApplication = nullptr,
+            .openApplication = [&launcher](const std::string& path) { launcher.open(path); },
             .feedback = bell,
         });
     }
