@@ -154,20 +154,6 @@ TEST(DescribeCommand, NamesTheClashWithTheDesktopOnlyWhereThereIsOne) {
     EXPECT_FALSE(free.contains("conflict")) << free;
     EXPECT_EQ(free["enabled"], false);
 }
-#else
-TEST(DescribeCommand, NamesTheClashWithTheSystemOnlyWhereThereIsOne) {
-    EXPECT_EQ(
-        runCLI({"describe", "4.swipe.up"}).out,
-        R"({"id": "4.swipe.up", "name": "Four-finger swipe up", "hint": "Slide four fingers up in one motion.", )"
-        R"("fingers": 4, "sortKey": 27, "enabled": true, )"
-        R"("conflict": "Four-finger swipes open Mission Control or App Exposé.", "settings": "Trackpad"})"
-        "\n");
-    const auto pointer = nlohmann::json::parse(runCLI({"describe", "2.restSwipe.up.left"}).out);
-    EXPECT_TRUE(pointer.contains("conflict") && !pointer.contains("settings")) << pointer;
-    const auto free = nlohmann::json::parse(runCLI({"describe", "3.restRemove"}).out);
-    EXPECT_FALSE(free.contains("conflict")) << free;
-    EXPECT_EQ(free["enabled"], false);
-}
 #endif
 
 TEST(DescribeCommand, RefusesAnUnknownGesture) {

@@ -5,12 +5,13 @@
 #include <charconv>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <mutex>
-#include <sstream>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "gestures/kde_input_config.h"
@@ -30,8 +31,8 @@ constexpr std::chrono::milliseconds shellVersionTimeLimit{500};
 
 // KDE Plasma's input settings, in the XDG config folder.
 constexpr std::string_view kcminputrcName = "kcminputrc";
-// Far beyond any real kcminputrc; a larger file is not read whole.
-constexpr std::streamsize kcminputrcMostBytes = 1 << 20;
+// Far beyond any real kcminputrc.
+constexpr std::uintmax_t kcminputrcMostBytes = 1 << 20;
 
 struct GObjectRelease {
     void operator()(gpointer object) const { g_object_unref(object); }
@@ -113,6 +114,14 @@ class Deadline {
     std::thread watch_;
 };
 
+// The major version in GNOME Shell's version text ("46.2" → 46, "3.38.4" → 3).
+std::optional<int> gnomeShellMajorFrom(std::string_view version) {
+    int major = 0;
+    const auto [end, problem] = std::from_chars(version.data(), version.data() + version.size(), major);
+    if (problem != std::errc() || end == version.data()) return std::nullopt;
+    return major;
+}
+
 // The ShellVersion property of the running GNOME Shell; nothing when no shell answers in time.
 std::optional<int> runningGnomeShellMajor(const EnvironmentLookup& environment) {
     const auto address = sessionBusAddress(environment);
@@ -149,22 +158,19 @@ fs::path configHome(const EnvironmentLookup& environment) {
     return fs::path(environment("HOME").value_or("")) / ".config";
 }
 
+// Empty when the file is missing, unreadable or larger than any real one.
 std::string readSmallFile(const fs::path& file) {
+    std::error_code error;
+    const auto size = fs::file_size(file, error);
+    if (error || size > kcminputrcMostBytes) return {};
+    std::string text(size, '\0');
     std::ifstream stream(file, std::ios::binary);
-    std::string text(static_cast<std::size_t>(kcminputrcMostBytes), '\0');
-    stream.read(text.data(), kcminputrcMostBytes);
+    stream.read(text.data(), static_cast<std::streamsize>(size));
     text.resize(static_cast<std::size_t>(stream.gcount()));
     return text;
 }
 
 }  // namespace
-
-std::optional<int> gnomeShellMajorFrom(std::string_view version) {
-    int major = 0;
-    const auto [end, problem] = std::from_chars(version.data(), version.data() + version.size(), major);
-    if (problem != std::errc() || end == version.data()) return std::nullopt;
-    return major;
-}
 
 DesktopGestureSettings readDesktopGestureSettings(const EnvironmentLookup& environment) {
     DesktopGestureSettings settings;

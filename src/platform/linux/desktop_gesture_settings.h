@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "gestures/desktop_gesture_settings.h"
 #include "support/default_paths.h"
 
@@ -13,9 +10,5 @@ namespace ostrelle {
 // GNOME Shell's version over the session bus; on KDE Plasma tap to click from kcminputrc in the
 // XDG config folder. Whatever cannot be read stays at its default; nothing here fails.
 DesktopGestureSettings readDesktopGestureSettings(const EnvironmentLookup& environment);
-
-// The major version in GNOME Shell's version text ("46.2" → 46, "3.38.4" → 3); nothing when the
-// text does not start with a number.
-std::optional<int> gnomeShellMajorFrom(std::string_view version);
 
 }  // namespace ostrelle
