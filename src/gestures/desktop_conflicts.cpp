@@ -66,7 +66,8 @@ std::optional<SystemConflict> swipeConflict(const GestureDef& def, const Desktop
                               std::nullopt};
     }
     if (def.fingers == 4 && settings.desktop == LinuxDesktop::kde) {
-        switch (def.direction.value_or(SwipeDirection::left)) {
+        if (!def.direction) return std::nullopt;  // every plain swipe has one
+        switch (*def.direction) {
             case SwipeDirection::up:
                 return SystemConflict{std::string(kdeOverview), kdeDesktopEffects()};
             case SwipeDirection::down:
