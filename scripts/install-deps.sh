@@ -10,7 +10,8 @@ packages=(
   libfmt-dev nlohmann-json3-dev uuid-dev libutf8proc-dev
   libevdev-dev libmtdev-dev libudev-dev libsystemd-dev
   libx11-dev libxtst-dev libxkbcommon-dev libxkbcommon-x11-dev libx11-xcb-dev libglib2.0-dev libcanberra-dev
-  xvfb x11-xkb-utils xkb-data xdotool dbus-daemon
+  xvfb x11-xkb-utils xkb-data xdotool
+  dbus-daemon libglib2.0-bin
   qemu-system-x86 busybox-static cpio
   clang-format clang-tidy
 )

@@ -2,15 +2,14 @@
 #include "cli/catalog_ids.h"
 #include "cli/closest_ids.h"
 #include "cli/commands.h"
-#include "cli/host_trackpad_preferences.h"
+#include "cli/host_conflicts.h"
 #include "cli/output.h"
 #include "gestures/gesture_catalog.h"
-#include "gestures/system_conflicts.h"
 
 namespace ostrelle::cli {
 namespace {
 
-nlohmann::ordered_json describe(const Gesture& gesture, const TrackpadPreferences& preferences) {
+nlohmann::ordered_json describe(const Gesture& gesture) {
     nlohmann::ordered_json line = nlohmann::ordered_json::object();
     line["id"] = gesture.id;
     line["name"] = gesture.displayName();
@@ -18,7 +17,7 @@ nlohmann::ordered_json describe(const Gesture& gesture, const TrackpadPreference
     line["fingers"] = gesture.fingers();
     line["sortKey"] = gesture.sortKey();
     line["enabled"] = GestureCatalog::isEnabled(gesture);
-    if (const auto conflict = systemConflict(gesture, preferences)) {
+    if (const auto conflict = hostConflict(gesture)) {
         line["conflict"] = conflict->text;
         if (conflict->settings) line["settings"] = conflict->settings->name;
     }
@@ -36,7 +35,7 @@ int runDescribe(Arguments arguments) {
         printError(unknownIDMessage("gesture", id, catalogGestureIDs()));
         return exitBadInput;
     }
-    printLine(describe(*gesture, *hostTrackpadPreferences()));
+    printLine(describe(*gesture));
     return exitSuccess;
 }
 
@@ -48,8 +47,9 @@ const Command& describeCommand() {
         "GESTURE",
         "Describes one built-in gesture as one JSON object: {\"id\", \"name\", \"hint\", \"fingers\", "
         "\"sortKey\", \"enabled\", \"conflict\", \"settings\"}. \"conflict\" is the clash with the "
-        "system's own trackpad gestures, left out when there is none; \"settings\" names the settings "
-        "pane that controls it, left out when none does.",
+        "system's own trackpad gestures (on Linux, those of the desktop named by XDG_CURRENT_DESKTOP: "
+        "GNOME or KDE Plasma), left out when there is none; \"settings\" names the settings page that "
+        "controls it, left out when none does.",
         runDescribe,
     };
     return command;

@@ -1,9 +1,9 @@
 #include "gestures/system_conflicts.h"
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 
+#include "gestures/conflict_rules.h"
 #include "gestures/gesture_catalog.h"
 
 namespace ostrelle {
@@ -44,13 +44,8 @@ SystemConflict withTrackpadPane(std::string text) {
     return {std::move(text), SettingsPane::trackpad()};
 }
 
-// Pointer movement and one-finger use cannot be switched off, so those notes link nowhere.
-SystemConflict withoutPane(std::string text) {
-    return {std::move(text), std::nullopt};
-}
-
 std::optional<SystemConflict> swipeConflict(const GestureDef& def, const TrackpadPreferences& preferences) {
-    const bool vertical = def.direction == SwipeDirection::up || def.direction == SwipeDirection::down;
+    const bool vertical = isVertical(def.direction);
     switch (def.fingers) {
         case 4:
             if (vertical && isSystemSwipe(preferences, fourFingerVertical)) {
@@ -73,8 +68,6 @@ std::optional<SystemConflict> swipeConflict(const GestureDef& def, const Trackpa
                 return withTrackpadPane("Three-finger swipes switch between full-screen apps.");
             }
             return std::nullopt;
-        case 1:
-            return withoutPane("Moving one finger moves the pointer.");
         default:
             return std::nullopt;
     }
@@ -85,15 +78,12 @@ std::optional<SystemConflict> conflictOfID(const Gesture& gesture, const Trackpa
     if (id.find(".restTap.") != std::string_view::npos && isOn(preferences, tapToClick)) {
         return withTrackpadPane("With Tap to click on, the tapping finger also clicks.");
     }
-    if (id.starts_with("2.restSwipe.")) return withoutPane("The swiping finger also moves the pointer.");
-    if (id.starts_with("3.restSwipe.")) return withoutPane("Two moving fingers may also scroll.");
-    // The trailing dot keeps the plain "3.restRemove" out: its remaining finger does not slide.
-    if (id.starts_with("3.restRemove.")) return withoutPane("The remaining finger also moves the pointer.");
+    if (auto pointer = pointerMovementConflict(id)) return pointer;
 
     const auto def = gesture.def();
     if (!def) return std::nullopt;
+    if (auto oneFinger = oneFingerConflict(*def)) return oneFinger;
     if (def->motion == Motion::swipe) return swipeConflict(*def, preferences);
-    if (def->fingers == 1) return withoutPane("One finger is used for normal clicks.");
     if (def->motion == Motion::tap && def->fingers == 3 && isOn(preferences, threeFingerTap)) {
         return withTrackpadPane("Three-finger tap is Look Up.");
     }
@@ -103,22 +93,17 @@ std::optional<SystemConflict> conflictOfID(const Gesture& gesture, const Trackpa
 }  // namespace
 
 SettingsPane SettingsPane::trackpad() {
-    return {"Trackpad", "x-apple.systempreferences:com.apple.preference.trackpad"};
+    return {"Trackpad", "x-apple.systempreferences:com.apple.preference.trackpad", {}};
 }
 
 SettingsPane SettingsPane::accessibility() {
-    return {"Accessibility", "x-apple.systempreferences:com.apple.preference.universalaccess"};
+    return {"Accessibility", "x-apple.systempreferences:com.apple.preference.universalaccess", {}};
 }
 
 std::optional<SystemConflict> systemConflict(const Gesture& gesture, const TrackpadPreferences& preferences) {
     if (!gesture.custom) return conflictOfID(gesture, preferences);
-    // A drawn shape is a swipe of its finger count in some direction: the first plain swipe that
-    // clashes speaks for it.
-    for (SwipeDirection direction : allSwipeDirections) {
-        const Gesture swipe(Gesture::genericID(gesture.custom->fingers, Motion::swipe, direction));
-        if (auto conflict = conflictOfID(swipe, preferences)) return conflict;
-    }
-    return std::nullopt;
+    return drawnShapeConflict(gesture.custom->fingers,
+                              [&](const Gesture& swipe) { return conflictOfID(swipe, preferences); });
 }
 
 }  // namespace ostrelle

@@ -2,16 +2,19 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "gestures/gesture.h"
 #include "gestures/trackpad_preferences.h"
 
 namespace ostrelle {
 
-// A system settings pane the user can open to remove a clash.
+// A system settings pane the user can open to remove a clash: on macOS by its URL, on a Linux
+// desktop by running its settings program.
 struct SettingsPane {
     std::string name;
-    std::string url;
+    std::string url;                   // empty on Linux
+    std::vector<std::string> command;  // the program and its arguments that open the page; empty on macOS
 
     static SettingsPane trackpad();
     static SettingsPane accessibility();

@@ -123,8 +123,10 @@ std::vector<std::string> CLIResult::outLines() const {
 }
 
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input, const ScratchHome& home,
-                 const SignalAfter& signal) {
-    const Started child = start(arguments, environmentFor(home));
+                 const SignalAfter& signal, const std::vector<std::string>& environment) {
+    std::vector<std::string> variables = environmentFor(home);
+    variables.insert(variables.end(), environment.begin(), environment.end());
+    const Started child = start(arguments, variables);
     // A program that ended before reading fails the write, as this process ignores SIGPIPE.
     [[maybe_unused]] const ssize_t written = ::write(child.input, input.data(), input.size());
     return collect(child, signal);

@@ -32,8 +32,10 @@ constexpr std::chrono::seconds cliTimeLimit{30};
 // Runs the built ostrelle-cli to its end with these arguments and this standard input (no more
 // than a pipe holds). Its HOME and XDG folders are those of `home`: by default the test binary's
 // own, which must stay empty; a run that is meant to log gets a ScratchHome of its own.
+// `environment` adds variables ("NAME=value"), such as the desktop the program is to find.
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input = "",
-                 const ScratchHome& home = guardedHome(), const SignalAfter& signal = {});
+                 const ScratchHome& home = guardedHome(), const SignalAfter& signal = {},
+                 const std::vector<std::string>& environment = {});
 
 // ostrelle-cli started in the background with the folders of `home`, its output read when it
 // ends (no more than pipes hold). It tells when it is ready through NOTIFY_SOCKET, as it would tell systemd.

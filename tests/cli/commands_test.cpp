@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/cli_runner.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle {
 namespace {
@@ -88,19 +91,79 @@ TEST(CatalogCommands, PrintGesturesAndActionsOnePerLine) {
     EXPECT_EQ(runCLI({"actions", "--search", "ZOOM IN"}).outLines().size(), 1u);
 }
 
-TEST(DescribeCommand, NamesTheClashWithTheSystemOnlyWhereThereIsOne) {
+#if defined(__linux__)
+// A private GSettings schema with just GNOME's tap-to-click key (off by default), and the key-file
+// back end holding it on: GSettings read as on a GNOME desktop, without its files.
+Lines gnomeTappingEnvironment(const testing::ScratchHome& home) {
+    const std::filesystem::path schemas = home.temporaryFolder() / "schemas";
+    const std::filesystem::path keyfile = *home.lookup()("XDG_CONFIG_HOME") + "/glib-2.0/settings/keyfile";
+    std::filesystem::create_directories(schemas);
+    std::filesystem::create_directories(keyfile.parent_path());
+    testing::writeText(schemas / "org.gnome.desktop.peripherals.touchpad.gschema.xml",
+                       R"(<schemalist><schema id="org.gnome.desktop.peripherals.touchpad" )"
+                       R"(path="/org/gnome/desktop/peripherals/touchpad/"><key name="tap-to-click" type="b">)"
+                       R"(<default>false</default></key></schema></schemalist>)");
+    EXPECT_EQ(std::system(("glib-compile-schemas '" + schemas.string() + "'").c_str()), 0);
+    testing::writeText(keyfile, "[org/gnome/desktop/peripherals/touchpad]\ntap-to-click=true\n");
+    return {"XDG_CURRENT_DESKTOP=ubuntu:GNOME", "GSETTINGS_BACKEND=keyfile",
+            "GSETTINGS_SCHEMA_DIR=" + schemas.string()};
+}
+
+TEST(DescribeCommand, NamesTheClashWithTheDesktopOnlyWhereThereIsOne) {
+    const testing::ScratchHome kdeHome;
+    testing::writeText(*kdeHome.lookup()("XDG_CONFIG_HOME") + "/kcminputrc",
+                       "[Libinput][1739][52804][SYNA2B46:00 06CB:CE44 Touchpad]\nTapToClick=true\n");
+    const Lines kde{"XDG_CURRENT_DESKTOP=KDE"};
     EXPECT_EQ(
-        runCLI({"describe", "4.swipe.up"}).out,
+        runCLI({"describe", "4.swipe.up"}, "", kdeHome, {}, kde).out,
         R"({"id": "4.swipe.up", "name": "Four-finger swipe up", "hint": "Slide four fingers up in one motion.", )"
-        R"("fingers": 4, "sortKey": 27, "enabled": true, )"
-        R"("conflict": "Four-finger swipes open Mission Control or App Exposé.", "settings": "Trackpad"})"
+        R"("fingers": 4, "sortKey": 27, "enabled": true, "conflict": "KDE Plasma opens the Overview with a )"
+        R"(four-finger swipe up (System Settings › Desktop Effects).", "settings": "Desktop Effects"})"
         "\n");
-    const auto pointer = nlohmann::json::parse(runCLI({"describe", "2.restSwipe.up.left"}).out);
-    EXPECT_TRUE(pointer.contains("conflict") && !pointer.contains("settings")) << pointer;
+    const testing::ScratchHome gnomeHome;
+    const Lines gnome = gnomeTappingEnvironment(gnomeHome);
+    const struct {
+        const char* name;
+        const char* id;
+        const testing::ScratchHome& home;
+        Lines environment;
+        std::string conflict;  // "": none
+        std::string settings;  // "": none
+    } rows[] = {
+        {"KDE Plasma's tap to click from kcminputrc", "3.restTap.between", kdeHome, kde,
+         "With tap to click on in KDE Plasma (System Settings › Touchpad), the tapping finger also clicks.",
+         "Touchpad"},
+        {"no kcminputrc", "3.restTap.between", testing::guardedHome(), kde, "", ""},
+        {"GNOME's tap to click from GSettings", "3.restTap.left", gnomeHome, gnome,
+         "With tap to click on in GNOME (Settings › Mouse & Touchpad), the tapping finger also clicks.",
+         "Mouse & Touchpad"},
+        // No session bus in the environment: the shell's version is unknown and taken as 40 or later.
+        {"GNOME Shell's own swipes", "3.swipe.left", gnomeHome, gnome,
+         "GNOME switches workspaces with three-finger swipes left and right; no setting turns this off.", ""},
+        // Without the schema GSettings has nothing to read: tap to click counts as off.
+        {"no schema", "3.restTap.left", testing::guardedHome(), {"XDG_CURRENT_DESKTOP=GNOME"}, "", ""},
+        {"another desktop", "4.swipe.up", testing::guardedHome(), {}, "", ""},
+        {"pointer notes hold everywhere",
+         "2.restSwipe.up.left",
+         testing::guardedHome(),
+         {},
+         "The swiping finger also moves the pointer.",
+         ""},
+    };
+    for (const auto& row : rows) {
+        const testing::CLIResult result = runCLI({"describe", row.id}, "", row.home, {}, row.environment);
+        EXPECT_EQ(result.err, "") << row.name;
+        const auto line = nlohmann::json::parse(result.out);
+        EXPECT_EQ(line.value("conflict", ""), row.conflict) << row.name;
+        EXPECT_EQ(line.value("settings", ""), row.settings) << row.name;
+    }
     const auto free = nlohmann::json::parse(runCLI({"describe", "3.restRemove"}).out);
     EXPECT_FALSE(free.contains("conflict")) << free;
     EXPECT_EQ(free["enabled"], false);
+}
+#endif
 
+TEST(DescribeCommand, RefusesAnUnknownGesture) {
     const testing::CLIResult unknown = runCLI({"describe", "4.swipe.upp"});
     EXPECT_EQ(unknown.status, 2);
     EXPECT_TRUE(unknown.err.starts_with(R"(error: unknown gesture "4.swipe.upp" (closest: 4.swipe.up, )"))
