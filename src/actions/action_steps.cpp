@@ -4,7 +4,6 @@
 
 #include <array>
 #include <limits>
-#include <ranges>
 
 #include "actions/key_shortcut.h"
 #include "actions/linux_key_codes.h"
@@ -51,8 +50,8 @@ void press(KeyCodeOutput& output, const LinuxChord& chord) {
     }
     output.postKeyCode(chord.key, true);
     output.postKeyCode(chord.key, false);
-    for (const ModifierKey& held : std::views::reverse(modifierKeys)) {
-        if ((chord.modifiers & held.modifier) != 0) output.postKeyCode(held.key, false);
+    for (auto held = modifierKeys.rbegin(); held != modifierKeys.rend(); ++held) {
+        if ((chord.modifiers & held->modifier) != 0) output.postKeyCode(held->key, false);
     }
 }
 

@@ -205,17 +205,12 @@ std::string linuxDisplay(const KeyShortcut& shortcut, const KeyboardLayout* layo
     }
     const auto key = linuxKeyCode(shortcut.key);
     const NamedKey* named = key ? namedKey(*key) : nullptr;
-    std::string keyText;
-    if (named && !named->typesCharacter) {
-        keyText = named->display;
-    } else if (auto name = KeyShortcut::layoutName(shortcut.key, layout)) {
-        keyText = std::move(*name);
-    } else if (named) {
-        keyText = named->display;  // without a layout, what a US keyboard has there
-    } else {
-        keyText = std::string(unnamedKeyPrefix) + std::to_string(shortcut.key);
-    }
-    return modifiersText(modifiers, desktop) + keyText;
+    // Keys that type a character are named by the layout; without one, by what a US keyboard has there.
+    std::optional<std::string> keyText;
+    if (!named || named->typesCharacter) keyText = KeyShortcut::layoutName(shortcut.key, layout);
+    if (!keyText && named) keyText = std::string(named->display);
+    if (!keyText) keyText = std::string(unnamedKeyPrefix) + std::to_string(shortcut.key);
+    return modifiersText(modifiers, desktop) + *keyText;
 }
 
 }  // namespace ostrelle

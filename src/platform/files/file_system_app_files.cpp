@@ -4,10 +4,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "platform/files/info_plist.h"
+#include "support/atomic_file.h"
 
 namespace ostrelle {
 namespace {
@@ -50,9 +49,9 @@ std::optional<std::string> FileSystemAppFiles::bundleIdentifier(const std::strin
     std::error_code failed;
     const auto size = fs::file_size(plist, failed);
     if (failed || size > infoPlistMaxSize) return std::nullopt;
-    std::ifstream in(plist, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    auto identifier = topLevelPlistString(text, bundleIdentifierKey);
+    const FileReadResult read = readWholeFile(plist);
+    if (read.status != FileReadResult::Status::ok) return std::nullopt;
+    auto identifier = topLevelPlistString(read.bytes, bundleIdentifierKey);
     if (identifier && identifier->empty()) return std::nullopt;
     return identifier;
 }
