@@ -70,9 +70,7 @@ bool gnomeTapToClick() {
 // The session bus of the environment given, not of this process: nothing is started when there
 // is none (GIO would otherwise try to launch one).
 std::optional<std::string> sessionBusAddress(const EnvironmentLookup& environment) {
-    if (const auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->empty()) {
-        return address;
-    }
+    if (auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->empty()) return address;
     const auto runtime = environment("XDG_RUNTIME_DIR");
     if (!runtime || runtime->empty()) return std::nullopt;
     const fs::path socket = fs::path(*runtime) / "bus";
