@@ -2,6 +2,8 @@
 
 #if OSTRELLE_LINUX_PLATFORM
 #include "platform/linux/gio_app_files.h"
+#include "platform/linux/x11_connection.h"
+#include "platform/linux/xkb_keyboard_layout.h"
 #else
 #include "platform/files/file_system_app_files.h"
 #endif
@@ -35,6 +37,12 @@ const ActionHost& commandLineHost() {
         ActionHost made;
         made.appFiles = &files;
         made.linuxActions = linuxDesktopActions();
+#if OSTRELLE_LINUX_PLATFORM
+        // Key names by the layout the X server has, else by xkbcommon's defaults.
+        static const auto x11 = X11Connection::open(processEnvironment()("DISPLAY").value_or(std::string()));
+        static const auto layout = XkbKeyboardLayout::forSession(x11.get());
+        made.keyboardLayout = layout.get();
+#endif
         return made;
     }();
     return host;

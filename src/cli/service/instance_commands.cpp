@@ -55,7 +55,8 @@ const Command& statusCommand() {
         "status",
         "",
         "Prints the running service's state as one JSON object: listening, sourceError, events, "
-        "touchpads (how many it reads; absent while it plays a recording), bindings and pid.",
+        "touchpads (how many it reads; absent while it plays a recording), bindings, keysError (why "
+        "actions can't send keys), toggleShortcutError, haptics (whether this system has any) and pid.",
         [](Arguments arguments) { return ask(statusCommand(), arguments, "status"); },
     };
     return command;

@@ -51,6 +51,13 @@ std::string Service::answer(const std::string& request) {
         reply["events"] = {{"all", counts.all}, {"touched", counts.touched}};
         if (parts_.touchpadsOpen) reply["touchpads"] = parts_.touchpadsOpen();
         reply["bindings"] = parts_.store.bindings().size();
+        // Why actions can't send keys, and why the toggle shortcut isn't held; null when they work.
+        KeyCodeOutput* keys = parts_.system.keyCodes();
+        const auto keysError = keys ? keys->unavailableReason() : std::nullopt;
+        reply["keysError"] = keysError ? Json(*keysError) : Json(nullptr);
+        const auto& toggleError = engine_.toggleShortcutError();
+        reply["toggleShortcutError"] = toggleError ? Json(*toggleError) : Json(nullptr);
+        reply["haptics"] = parts_.system.feedback().hasHaptics();
         reply["pid"] = ::getpid();
     } else {
         reply["error"] = "unknown request";
