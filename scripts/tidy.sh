@@ -6,7 +6,8 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 build="${1:-$root/build}"
 cd "$root"
 mapfile -t files < <(git ls-files -- 'src/support/*.cpp' 'src/gestures/*.cpp' 'src/recognition/*.cpp' \
-  'src/touchpad/*.cpp' 'src/actions/*.cpp' 'src/store/*.cpp' 'src/engine/*.cpp' 'src/platform/linux/*.cpp')
+  'src/touchpad/*.cpp' 'src/actions/*.cpp' 'src/store/*.cpp' 'src/engine/*.cpp' 'src/platform/linux/*.cpp' \
+  'src/platform/files/*.cpp')
 # The compile commands come from GCC; clang-tidy must not stop at GCC-only warning options.
 # Its count of suppressed warnings in library headers is noise.
 printf '%s\n' "${files[@]}" | xargs -P "$(nproc)" -n 4 \
