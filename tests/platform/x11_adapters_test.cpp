@@ -28,11 +28,13 @@ constexpr std::uint32_t commandBit = 0x100;
 constexpr std::uint32_t shiftBit = 0x200;
 constexpr std::uint32_t optionBit = 0x800;
 constexpr std::uint32_t controlBit = 0x1000;
+constexpr std::uint32_t ctrlAlt = controlBit | optionBit;
 constexpr std::uint32_t keyT = 0x11;
 constexpr std::uint32_t keyF1 = 0x7A;
 constexpr std::uint32_t keyF5 = 0x60;
 constexpr std::uint32_t keySpace = 0x31;
 constexpr std::uint32_t keyFn = 0x3F;  // no PC keyboard has it
+const std::vector<KeySym> ctrlAltT{XK_Control_L, XK_Alt_L, XK_t};
 
 // A service-side connection to a private X server, and a second client that plays the user,
 // the window manager and other programs.
@@ -124,18 +126,10 @@ TEST_P(HotKeyPress, CallsTheHandlerForTheGrabbedCombinationWhateverTheLocks) {
 INSTANTIATE_TEST_SUITE_P(
     X11, HotKeyPress,
     ::testing::Values(
-        PressCase{"ControlOptionT", keyT, controlBit | optionBit, {}, {XK_Control_L, XK_Alt_L, XK_t}, 1, 1},
-        PressCase{
-            "CapsLockOn", keyT, controlBit | optionBit, {XK_Caps_Lock}, {XK_Control_L, XK_Alt_L, XK_t}, 1, 1},
-        PressCase{
-            "NumLockOn", keyT, controlBit | optionBit, {XK_Num_Lock}, {XK_Control_L, XK_Alt_L, XK_t}, 1, 1},
-        PressCase{"BothLocksOn",
-                  keyT,
-                  controlBit | optionBit,
-                  {XK_Caps_Lock, XK_Num_Lock},
-                  {XK_Control_L, XK_Alt_L, XK_t},
-                  1,
-                  1},
+        PressCase{"ControlOptionT", keyT, ctrlAlt, {}, ctrlAltT, 1, 1},
+        PressCase{"CapsLockOn", keyT, ctrlAlt, {XK_Caps_Lock}, ctrlAltT, 1, 1},
+        PressCase{"NumLockOn", keyT, ctrlAlt, {XK_Num_Lock}, ctrlAltT, 1, 1},
+        PressCase{"BothLocksOn", keyT, ctrlAlt, {XK_Caps_Lock, XK_Num_Lock}, ctrlAltT, 1, 1},
         PressCase{"CommandShiftSpaceIsSuperShift",
                   keySpace,
                   commandBit | shiftBit,
@@ -144,23 +138,16 @@ INSTANTIATE_TEST_SUITE_P(
                   1,
                   1},
         PressCase{"FunctionKeyAlone", keyF1, 0, {XK_Num_Lock}, {XK_F1}, 1, 1},
-        PressCase{
-            "HeldKeyCountsOnce", keyT, controlBit | optionBit, {}, {XK_Control_L, XK_Alt_L, XK_t}, 3, 1},
-        PressCase{"MissingModifier", keyT, controlBit | optionBit, {}, {XK_Control_L, XK_t}, 1, 0},
-        PressCase{"ExtraModifier",
-                  keyT,
-                  controlBit | optionBit,
-                  {},
-                  {XK_Control_L, XK_Alt_L, XK_Shift_L, XK_t},
-                  1,
-                  0}),
+        PressCase{"HeldKeyCountsOnce", keyT, ctrlAlt, {}, ctrlAltT, 3, 1},
+        PressCase{"MissingModifier", keyT, ctrlAlt, {}, {XK_Control_L, XK_t}, 1, 0},
+        PressCase{"ExtraModifier", keyT, ctrlAlt, {}, {XK_Control_L, XK_Alt_L, XK_Shift_L, XK_t}, 1, 0}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(X11Session, AnotherClientsGrabIsTakenAndRegistrationsComeAndGoByReference) {
     X11HotKeyRegistrar registrar(*connection);
     int calls = 0;
     registrar.setPressHandler([&] { ++calls; });
-    const auto first = registrar.registerHotKey(keyT, controlBit | optionBit);
+    const auto first = registrar.registerHotKey(keyT, ctrlAlt);
     ASSERT_EQ(first.status, HotKeyRegistrar::success);
 
     // The other program holds Ctrl+Alt+F5 only with CapsLock on: the rest of our grabs succeed
@@ -169,7 +156,7 @@ TEST_F(X11Session, AnotherClientsGrabIsTakenAndRegistrationsComeAndGoByReference
     XGrabKey(other, f5, ControlMask | Mod1Mask | LockMask, XDefaultRootWindow(other), False, GrabModeAsync,
              GrabModeAsync);
     XSync(other, False);
-    const auto taken = registrar.registerHotKey(keyF5, controlBit | optionBit);
+    const auto taken = registrar.registerHotKey(keyF5, ctrlAlt);
     EXPECT_EQ(taken.status, HotKeyRegistrar::alreadyTaken);
     EXPECT_FALSE(taken.reference.has_value());
     EXPECT_EQ(registrar.registerHotKey(keyFn, controlBit).status, hot_key::noSuchKey);
@@ -180,17 +167,17 @@ TEST_F(X11Session, AnotherClientsGrabIsTakenAndRegistrationsComeAndGoByReference
                  GrabModeAsync);
         EXPECT_EQ(trap.sync(), Success) << "a failed registration left a grab behind";
     }
-    type({XK_Control_L, XK_Alt_L, XK_t});
+    type(ctrlAltT);
     EXPECT_EQ(calls, 1) << "a failed registration disturbed an earlier one";
 
     // Two references to one combination: it stays grabbed until both are gone.
-    const auto second = registrar.registerHotKey(keyT, controlBit | optionBit);
+    const auto second = registrar.registerHotKey(keyT, ctrlAlt);
     ASSERT_EQ(second.status, HotKeyRegistrar::success);
     registrar.unregisterHotKey(*first.reference);
-    type({XK_Control_L, XK_Alt_L, XK_t});
+    type(ctrlAltT);
     EXPECT_EQ(calls, 2);
     registrar.unregisterHotKey(*second.reference);
-    type({XK_Control_L, XK_Alt_L, XK_t});
+    type(ctrlAltT);
     EXPECT_EQ(calls, 2);
 }
 
@@ -304,7 +291,7 @@ TEST(HotKeyChoice, FollowsTheSessionType) {
         };
         auto registrar = chooseHotKeyRegistrar(environment, row.x11 ? connection.get() : nullptr, queue);
         ASSERT_NE(registrar, nullptr) << row.name;
-        const auto registration = registrar->registerHotKey(keyT, controlBit | optionBit);
+        const auto registration = registrar->registerHotKey(keyT, ctrlAlt);
         EXPECT_EQ(registration.status, row.expected) << row.name;
         if (registration.reference) registrar->unregisterHotKey(*registration.reference);
     }
