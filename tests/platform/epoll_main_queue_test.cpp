@@ -3,28 +3,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <future>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/bounded_run.h"
+
 namespace ostrelle {
 namespace {
 
-// Any test that does not end its loop by itself fails here instead of hanging. The watchdog is
-// a thread of its own, so that it is not a task that would keep quitWhenIdle() waiting.
-void runBounded(EpollMainQueue& queue) {
-    std::promise<void> ended;
-    auto watchdog = std::async(std::launch::async, [&queue, done = ended.get_future()] {
-        const bool timedOut = done.wait_for(std::chrono::seconds(10)) == std::future_status::timeout;
-        if (timedOut) queue.quit();
-        return timedOut;
-    });
-    queue.run();
-    ended.set_value();
-    EXPECT_FALSE(watchdog.get()) << "the loop did not end by itself";
-}
+using testing::runBounded;
 
 // Ordering among due tasks is the shared schedule's (see the virtual-clock queue's tests); here
 // the loop must sleep until a delayed task is due, never wake it early, and neither run nor wait

@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <future>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "platform/bounded_run.h"
 #include "platform/linux/hot_key_choice.h"
 #include "platform/linux/x11_active_window.h"
 #include "platform/linux/x11_connection.h"
@@ -23,7 +22,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr auto loopLimit = std::chrono::seconds(10);
 constexpr std::uint32_t commandBit = 0x100;
 constexpr std::uint32_t shiftBit = 0x200;
 constexpr std::uint32_t optionBit = 0x800;
@@ -53,19 +51,6 @@ class X11Session : public ::testing::Test {
             if (event.type == PropertyNotify && event.xproperty.atom == fence) queue.quit();
         });
     }
-    // Runs the service's loop until something quits it; a loop that doesn't end fails the test.
-    void runBounded() {
-        std::promise<void> ended;
-        auto watchdog = std::async(std::launch::async, [this, done = ended.get_future()] {
-            const bool timedOut = done.wait_for(loopLimit) == std::future_status::timeout;
-            if (timedOut) queue.quit();
-            return timedOut;
-        });
-        queue.run();
-        ended.set_value();
-        EXPECT_FALSE(watchdog.get()) << "the loop did not end by itself";
-    }
-
     void key(KeySym symbol, bool down) {
         XTestFakeKeyEvent(other, XKeysymToKeycode(other, symbol), down ? True : False, CurrentTime);
     }
@@ -88,7 +73,7 @@ class X11Session : public ::testing::Test {
         XChangeProperty(other, XDefaultRootWindow(other), fence, XA_INTEGER, 32, PropModeReplace,
                         reinterpret_cast<const unsigned char*>(&value), 1);
         XFlush(other);
-        runBounded();
+        testing::runBounded(queue);
     }
 
     testing::XvfbServer server;
@@ -243,7 +228,7 @@ TEST_F(X11Session, KeyboardLayoutFollowsTheServersKeymap) {
         });
         const std::string command = "setxkbmap -display " + server.display() + " " + row.layout;
         ASSERT_EQ(std::system(command.c_str()), 0) << command;
-        if (layout->characters(probe) != expected) runBounded();
+        if (layout->characters(probe) != expected) testing::runBounded(queue);
         connection->removeListener(id);
         for (const auto& [key, characters] : row.keys) {
             EXPECT_EQ(layout->characters(key), characters) << row.layout << " key " << key;
