@@ -115,13 +115,8 @@ INSTANTIATE_TEST_SUITE_P(
         PressCase{"CapsLockOn", keyT, ctrlAlt, {XK_Caps_Lock}, ctrlAltT, 1, 1},
         PressCase{"NumLockOn", keyT, ctrlAlt, {XK_Num_Lock}, ctrlAltT, 1, 1},
         PressCase{"BothLocksOn", keyT, ctrlAlt, {XK_Caps_Lock, XK_Num_Lock}, ctrlAltT, 1, 1},
-        PressCase{"CommandShiftSpaceIsSuperShift",
-                  keySpace,
-                  commandBit | shiftBit,
-                  {},
-                  {XK_Super_L, XK_Shift_L, XK_space},
-                  1,
-                  1},
+        PressCase{
+            "CommandIsSuper", keySpace, commandBit | shiftBit, {}, {XK_Super_L, XK_Shift_L, XK_space}, 1, 1},
         PressCase{"FunctionKeyAlone", keyF1, 0, {XK_Num_Lock}, {XK_F1}, 1, 1},
         PressCase{"HeldKeyCountsOnce", keyT, ctrlAlt, {}, ctrlAltT, 3, 1},
         PressCase{"MissingModifier", keyT, ctrlAlt, {}, {XK_Control_L, XK_t}, 1, 0},
@@ -248,31 +243,21 @@ TEST(HotKeyChoice, FollowsTheSessionType) {
         bool x11;
         std::int32_t expected;  // the registration's status
     };
-    const std::string noBus = "unix:path=/nonexistent/ostrelle-bus";
+    const std::string display = server.display();
+    constexpr std::int32_t ok = HotKeyRegistrar::success, none = HotKeyRegistrar::unavailable;
+    // The lookup reads these alone: no session bus is named, so no portal is reached.
     const std::vector<Row> rows{
-        {"X11Session",
-         {{"DISPLAY", server.display()}, {"XDG_SESSION_TYPE", "x11"}},
-         true,
-         HotKeyRegistrar::success},
-        {"DisplayWithoutSessionType", {{"DISPLAY", server.display()}}, true, HotKeyRegistrar::success},
-        {"UnreachableServer", {{"DISPLAY", ":99"}}, false, HotKeyRegistrar::unavailable},
-        {"Console", {}, true, HotKeyRegistrar::unavailable},
-        {"WaylandWithoutBus",
-         {{"DISPLAY", server.display()},
-          {"XDG_SESSION_TYPE", "wayland"},
-          {"DBUS_SESSION_BUS_ADDRESS", noBus}},
-         true,
-         HotKeyRegistrar::unavailable},
-        {"WaylandDisplayOnly",
-         {{"WAYLAND_DISPLAY", "wayland-0"}, {"DBUS_SESSION_BUS_ADDRESS", noBus}},
-         true,
-         HotKeyRegistrar::unavailable},
+        {"X11Session", {{"DISPLAY", display}, {"XDG_SESSION_TYPE", "x11"}}, true, ok},
+        {"DisplayWithoutSessionType", {{"DISPLAY", display}}, true, ok},
+        {"UnreachableServer", {{"DISPLAY", ":99"}}, false, none},
+        {"Console", {}, true, none},
+        {"WaylandWithoutBus", {{"DISPLAY", display}, {"XDG_SESSION_TYPE", "wayland"}}, true, none},
+        {"WaylandDisplayOnly", {{"WAYLAND_DISPLAY", "wayland-0"}}, true, none},
     };
     for (const Row& row : rows) {
         const EnvironmentLookup environment = [&](std::string_view name) -> std::optional<std::string> {
             const auto found = row.environment.find(std::string(name));
-            if (found == row.environment.end()) return std::nullopt;
-            return found->second;
+            return found == row.environment.end() ? std::nullopt : std::optional(found->second);
         };
         auto registrar = chooseHotKeyRegistrar(environment, row.x11 ? connection.get() : nullptr, queue);
         ASSERT_NE(registrar, nullptr) << row.name;
