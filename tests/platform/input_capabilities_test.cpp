@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "touchpad/evdev_event.h"
-
 namespace ostrelle {
 namespace {
 
@@ -30,29 +28,6 @@ TEST(CapabilityBits, ReadsWordsMostSignificantFirst) {
     }
     for (const char* bad : {"", " \n", "12 zz", "1  2", "10000000000000000", "-1"})
         EXPECT_FALSE(CapabilityBits::parse(bad).has_value()) << '"' << bad << '"';
-}
-
-TEST(CapabilityBits, TouchpadNeedsMultitouchPositionsAFingerToolAndNoDirectInput) {
-    struct Row {
-        const char* name;
-        const char* absolute;
-        const char* keys;
-        const char* properties;
-        bool touchpad;
-    };
-    const Row rows[] = {
-        {"clickpad", "2e0800000000003", "6420 30000 0 0 0 0", "5", true},
-        {"touch screen", "2e0800000000003", "6420 30000 0 0 0 0", "2", false},
-        {"single touch only", "3", "6420 30000 0 0 0 0", "1", false},
-        {"x without y", "220800000000003", "6420 30000 0 0 0 0", "1", false},
-        {"no finger tool", "2e0800000000003", "400 10000 0 0 0 0", "1", false},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(looksLikeTouchpad(*CapabilityBits::parse(row.absolute), *CapabilityBits::parse(row.keys),
-                                    *CapabilityBits::parse(row.properties)),
-                  row.touchpad)
-            << row.name;
-    }
 }
 
 }  // namespace

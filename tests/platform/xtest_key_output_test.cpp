@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
+#include <cstdlib>
+
 #include "platform/linux/key_code_output.h"
 #include "platform/linux/uinput_key_output.h"
 #include "platform/x11_test_window.h"
@@ -23,15 +25,10 @@ using Kind = XInputEvent::Kind;
 constexpr unsigned xOffset = 8;
 constexpr unsigned controlMask = 1U << 2;  // X's ControlMask
 
-// Ctrl+T and a left click, as the runner sends a chord: modifier first and last.
+// Ctrl+T and a left click, as the runner sends a chord: modifier first and last (a minus: up).
 void sendChordAndClick(KeyCodeOutput& output) {
-    for (const auto& [code, down] : {std::pair{KEY_LEFTCTRL, true},
-                                     {KEY_T, true},
-                                     {KEY_T, false},
-                                     {KEY_LEFTCTRL, false},
-                                     {BTN_LEFT, true},
-                                     {BTN_LEFT, false}})
-        output.postKeyCode(static_cast<std::uint16_t>(code), down);
+    for (const int code : {KEY_LEFTCTRL, KEY_T, -KEY_T, -KEY_LEFTCTRL, BTN_LEFT, -BTN_LEFT})
+        output.postKeyCode(static_cast<std::uint16_t>(std::abs(code)), code > 0);
 }
 
 void expectChordAndClick(X11TestWindow& window) {
