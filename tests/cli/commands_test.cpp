@@ -151,12 +151,5 @@ TEST(DescribeCommand, NamesTheClashWithTheDesktopOnlyWhereThereIsOne) {
 }
 #endif
 
-TEST(DescribeCommand, RefusesAnUnknownGesture) {
-    const testing::CLIResult unknown = runCLI({"describe", "4.swipe.upp"});
-    EXPECT_EQ(unknown.status, 2);
-    EXPECT_TRUE(unknown.err.starts_with(R"(error: unknown gesture "4.swipe.upp" (closest: 4.swipe.up, )"))
-        << unknown.err;
-}
-
 }  // namespace
 }  // namespace ostrelle

@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 #include "platform/linux/key_code_output.h"
-#include "platform/linux/uinput_key_output.h"
 #include "platform/x11_test_window.h"
 #include "platform/xvfb_server.h"
 #include "support/log.h"
@@ -67,15 +66,10 @@ TEST(XTestKeyOutput, AWindowReceivesTheChordAndTheClickInOrder) {
     auto made = XTestKeyOutput::create(server.display());
     ASSERT_TRUE(std::holds_alternative<std::unique_ptr<XTestKeyOutput>>(made)) << std::get<std::string>(made);
     auto& output = *std::get<std::unique_ptr<XTestKeyOutput>>(made);
-    EXPECT_EQ(output.unavailableReason(), std::nullopt);
     // A key beyond what X can name is skipped, not sent as another.
     output.postKeyCode(KEY_MICMUTE, true);
     sendChordAndClick(output);
     expectChordAndClick(window);
-
-    const auto noServer = XTestKeyOutput::create(":4095");
-    ASSERT_TRUE(std::holds_alternative<std::string>(noServer));
-    EXPECT_EQ(std::get<std::string>(noServer), "Ostrelle cannot open the X display :4095.");
 }
 
 TEST(KeyCodeOutput, FallsBackToXWithoutUinputAndSaysOnceWhenNothingWorks) {
