@@ -89,7 +89,8 @@ using RecordedEvent =
                  recorded::PasteboardRestore, recorded::PasteboardSet, recorded::Beep, recorded::Haptic>;
 
 // One recorded effect as a JSON object, as the command line prints it:
-// {"key": 124, "down": true, "flags": 11534336}, {"linuxKey": 29, "down": true}, {"media": 16, "down": true, "data1": …, "flags": 2560}, …
+// {"key": 124, "down": true, "flags": 11534336}, {"linuxKey": 29, "down": true},
+// {"media": 16, "down": true, "data1": …, "flags": 2560}, …
 nlohmann::json toJSON(const RecordedEvent& event);
 
 namespace recorded {
