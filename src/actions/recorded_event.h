@@ -83,10 +83,10 @@ struct Haptic {
 
 }  // namespace recorded
 
-using RecordedEvent =
-    std::variant<recorded::Key, recorded::LinuxKey, recorded::Mouse, recorded::MediaKey, recorded::OpenApplication,
-                 recorded::DockNotification, recorded::Press, recorded::PasteboardSave,
-                 recorded::PasteboardRestore, recorded::PasteboardSet, recorded::Beep, recorded::Haptic>;
+using RecordedEvent = std::variant<recorded::Key, recorded::LinuxKey, recorded::Mouse, recorded::MediaKey,
+                                   recorded::OpenApplication, recorded::DockNotification, recorded::Press,
+                                   recorded::PasteboardSave, recorded::PasteboardRestore,
+                                   recorded::PasteboardSet, recorded::Beep, recorded::Haptic>;
 
 // One recorded effect as a JSON object, as the command line prints it:
 // {"key": 124, "down": true, "flags": 11534336}, {"linuxKey": 29, "down": true},
