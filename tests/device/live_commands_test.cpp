@@ -187,12 +187,12 @@ TEST(RunCommand, TheServiceSendsTheKeysAndClicksOfItsActionsThroughItsVirtualKey
     // Ctrl+Shift+T: the modifiers go down in a fixed order before the key and come up after it.
     tap(pad, 3);
     using testing::KeyEvent;
-    EXPECT_EQ(reader.keys(6), (std::vector<KeyEvent>{{KEY_LEFTCTRL, 1},
-                                                     {KEY_LEFTSHIFT, 1},
-                                                     {KEY_T, 1},
-                                                     {KEY_T, 0},
-                                                     {KEY_LEFTSHIFT, 0},
-                                                     {KEY_LEFTCTRL, 0}}));
+    const std::vector<KeyEvent> reopen{{KEY_LEFTCTRL, 1}, {KEY_LEFTSHIFT, 1}, {KEY_T, 1},
+                                       {KEY_T, 0},        {KEY_LEFTSHIFT, 0}, {KEY_LEFTCTRL, 0}};
+    EXPECT_EQ(reader.keys(6), reopen);
+    // Nothing more for that tap. The wait also lets the next fingers land as a new gesture: ones
+    // that come back within the recognizer's dropout window would continue the last one.
+    EXPECT_EQ(reader.keys(1, std::chrono::milliseconds(100)), std::vector<KeyEvent>{});
     // A link opened in a new tab: the left button clicked with Ctrl held.
     tap(pad, 4);
     EXPECT_EQ(reader.keys(4),

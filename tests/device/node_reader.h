@@ -34,9 +34,9 @@ class NodeReader {
     }
     libevdev* device() const { return device_; }
 
-    // The key events read until `count` came or a few seconds passed.
-    std::vector<KeyEvent> keys(std::size_t count) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    // The key events read until `count` came or the limit passed.
+    std::vector<KeyEvent> keys(std::size_t count, std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+        const auto deadline = std::chrono::steady_clock::now() + limit;
         std::vector<KeyEvent> events;
         while (events.size() < count) {
             input_event event{};
