@@ -50,7 +50,7 @@ bool offersShortcuts(sd_bus* bus) {
         return false;
     }
     sd_bus_message* reply = nullptr;
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};  // SD_BUS_ERROR_NULL, without its C compound literal
     const auto limit = static_cast<std::uint64_t>(
         std::chrono::duration_cast<std::chrono::microseconds>(PortalHotKeyRegistrar::probeLimit).count());
     const bool answered = sd_bus_message_append(call, "ss", shortcutsInterface, "version") >= 0 &&
