@@ -39,7 +39,7 @@ class PortalHotKeyRegistrar final : public HotKeyRegistrar {
     void unregisterHotKey(Reference reference) override;
     void setPressHandler(std::function<void()> onPress) override { onPress_ = std::move(onPress); }
 
-    // The combination as the shortcuts specification writes triggers: "CTRL+ALT+t".
+    // The combination as the portal takes a preferred trigger: "CTRL+ALT+t".
     static std::optional<std::string> trigger(std::uint32_t keyCode, std::uint32_t modifiers);
 
   private:
