@@ -6,6 +6,7 @@
 
 #include "actions/action_runner.h"
 #include "support/contract.h"
+#include "support/text.h"
 
 namespace ostrelle {
 
@@ -39,13 +40,6 @@ std::string_view desktopKey(LinuxDesktop desktop) {
 
 [[noreturn]] void refuse(const std::string& where, const std::string& what) {
     throw std::invalid_argument(where + ": " + what);
-}
-
-std::string lowerCased(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
 }
 
 // The members one option may have, after the desktop's and the app's overrides are laid over it.
@@ -129,7 +123,7 @@ LinuxActions LinuxActions::fromJSON(std::string_view json, LinuxDesktop desktop)
 void LinuxActions::read(std::string_view json) {
     const Json table = Json::parse(json);
     for (const auto& [windowClass, id] : table.at("windowClasses").items()) {
-        windowClasses_.emplace(lowerCased(windowClass), id.get<std::string>());
+        windowClasses_.emplace(asciiLowercased(windowClass), id.get<std::string>());
     }
     const Json& groupNames = table.at("groupNames");
     const Json& options = table.at("options");
@@ -206,7 +200,7 @@ const LinuxRendition* LinuxActions::rendition(const ActionRef& ref,
 }
 
 std::optional<std::string> LinuxActions::applicationID(std::string_view windowClass) const {
-    const auto found = windowClasses_.find(lowerCased(windowClass));
+    const auto found = windowClasses_.find(asciiLowercased(windowClass));
     if (found == windowClasses_.end()) return std::nullopt;
     return found->second;
 }

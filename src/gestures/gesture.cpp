@@ -1,7 +1,6 @@
 #include "gestures/gesture.h"
 
 #include <array>
-#include <cctype>
 #include <limits>
 
 #include "gestures/gesture_catalog.h"
@@ -15,12 +14,6 @@ namespace {
 constexpr std::string_view customNameFallback = "Custom gesture";
 constexpr std::string_view unknownName = "Unknown gesture";
 
-std::string lowercase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return result;
-}
-
 }  // namespace
 
 std::optional<GestureDef> Gesture::def() const {
@@ -28,7 +21,7 @@ std::optional<GestureDef> Gesture::def() const {
         std::string name = trimSpacesAndTabs(custom->name);
         if (name.empty()) name = customNameFallback;
         // The plural "fingers" stays even for one finger: the hint text is fixed.
-        std::string hint = "Draw this shape with " + lowercase(word(custom->fingers)) +
+        std::string hint = "Draw this shape with " + asciiLowercased(word(custom->fingers)) +
                            " fingers, any size, anywhere on the trackpad.";
         return GestureDef{id, std::move(name), custom->fingers, std::move(hint),
                           {}, std::nullopt,    std::nullopt};

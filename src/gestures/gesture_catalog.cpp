@@ -1,9 +1,9 @@
 #include "gestures/gesture_catalog.h"
 
 #include <array>
-#include <cctype>
 
 #include "support/contract.h"
+#include "support/text.h"
 
 namespace ostrelle {
 namespace {
@@ -299,9 +299,7 @@ const Gesture* GestureCatalog::known(std::string_view id) {
 }
 
 std::string GestureCatalog::fingersText(int fingers) {
-    std::string text(Gesture::word(fingers));
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text + " fingers";
+    return asciiLowercased(Gesture::word(fingers)) + " fingers";
 }
 
 std::vector<Dot> GestureCatalog::dots(int fingers, DotRole role) {

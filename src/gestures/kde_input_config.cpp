@@ -18,13 +18,6 @@ constexpr std::string_view libinputGroup = "Libinput";
 constexpr std::size_t deviceGroupDepth = 4;
 constexpr std::string_view tapToClickKey = "TapToClick";
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
-
 // The components of a group header "[a][b][c]"; nothing when the line is not one. Trailing
 // option markers such as "[$i]" (immutable) are not part of the name.
 std::optional<std::vector<std::string>> groupPath(std::string_view line) {
@@ -47,7 +40,7 @@ bool isDeviceGroup(const std::vector<std::string>& path) {
 
 // KConfig reads true, on, yes and non-zero numbers as true, in any case.
 bool isTrue(std::string_view value) {
-    const std::string lower = lowerCase(value);
+    const std::string lower = asciiLowercased(value);
     if (lower == "true" || lower == "on" || lower == "yes") return true;
     return !lower.empty() && std::ranges::all_of(lower, [](unsigned char c) { return std::isdigit(c); }) &&
            lower.find_first_not_of('0') != std::string::npos;
