@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "gestures/kde_input_config.h"
+#include "platform/linux/session_bus_address.h"
 
 namespace ostrelle {
 namespace {
@@ -65,21 +66,6 @@ bool gnomeTapToClick() {
     if (!isBoolean) return false;
     const GObjectPointer<GSettings> settings(g_settings_new(gnomeTouchpadSchema));
     return g_settings_get_boolean(settings.get(), gnomeTapToClickKey) != FALSE;
-}
-
-// The session bus of the environment given, not of this process: nothing is started when there
-// is none (GIO would otherwise try to launch one).
-std::optional<std::string> sessionBusAddress(const EnvironmentLookup& environment) {
-    if (auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->empty()) return address;
-    const auto runtime = environment("XDG_RUNTIME_DIR");
-    if (!runtime || runtime->empty()) return std::nullopt;
-    const fs::path socket = fs::path(*runtime) / "bus";
-    std::error_code error;
-    if (!fs::is_socket(socket, error)) return std::nullopt;
-    gchar* escaped = g_dbus_address_escape_value(socket.c_str());
-    std::string address = std::string("unix:path=") + escaped;
-    g_free(escaped);
-    return address;
 }
 
 // Cancels a GIO operation that has not finished within the time limit.

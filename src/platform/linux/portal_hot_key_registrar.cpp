@@ -3,6 +3,7 @@
 #include <systemd/sd-bus.h>
 
 #include "platform/linux/hot_key_modifiers.h"
+#include "platform/linux/session_bus_address.h"
 #include "platform/linux/xkb_keyboard_layout.h"
 #include "support/log.h"
 
@@ -22,14 +23,6 @@ constexpr const char* shortcutDescription = "Turn gestures on or off";
 constexpr const char* tokenPrefix = "ostrelle";
 
 constexpr std::uint32_t responseSuccess = 0;
-
-std::optional<std::string> sessionBusAddress(const EnvironmentLookup& environment) {
-    if (auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->empty()) return address;
-    if (auto runtime = environment("XDG_RUNTIME_DIR"); runtime && !runtime->empty()) {
-        return "unix:path=" + *runtime + "/bus";
-    }
-    return std::nullopt;
-}
 
 sd_bus* openBus(const std::string& address) {
     sd_bus* bus = nullptr;
