@@ -123,6 +123,7 @@ void GestureEngine::setCapturing(bool capturing) {
     if (!capturing) cancelPendingTap();
     recognizer_.recordingShapes = capturing;
     if (!capturing && !liveTrace_.strokes().empty()) liveTrace_.setStrokes({});
+    if (!capturing) liveTrace_.setContacts({});
     updateReading();
 }
 

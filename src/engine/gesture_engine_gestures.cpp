@@ -12,7 +12,8 @@ void GestureEngine::handle(std::span<const Contact> contacts, double time) {
     }
     const std::optional<Gesture> gesture = recognizer_.process(contacts, time);
     updateReading();
-    // The preview is republished only when the drawing gained a point.
+    if (isCapturing_) liveTrace_.setContacts(contacts);
+    // The strokes are republished only when the drawing gained a point.
     if (isCapturing_ && recognizer_.pathCount() != tracedPoints_) {
         tracedPoints_ = recognizer_.pathCount();
         liveTrace_.setStrokes(recognizer_.liveStrokes());

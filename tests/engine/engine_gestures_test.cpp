@@ -95,12 +95,18 @@ TEST_F(EngineGestures, CaptureHoldsATapForItsDoubleTapAndReportsEachDetectionAne
 
 TEST_F(EngineGestures, CaptureReadsTwoOrMoreFingersAndTracesTheDrawing) {
     engine().setCapturing(true);
-    int traces = 0;
-    engine().liveTrace().observers.add([&] { ++traces; });
+    int traces = 0;  // changes of the strokes; the fingers down change with every frame
+    std::vector<Stroke> shown;
+    engine().liveTrace().observers.add([&] {
+        if (engine().liveTrace().strokes() == shown) return;
+        shown = engine().liveTrace().strokes();
+        ++traces;
+    });
     landAt(1.0, 1);
     EXPECT_FALSE(engine().isReading());
     landAt(1.1, 3);
     EXPECT_TRUE(engine().isReading());
+    EXPECT_EQ(engine().liveTrace().contacts().size(), 3U);
     landAt(1.11, 3);  // no new path point: no new strokes
     EXPECT_EQ(traces, 1);
     frameAt(1.12, {{1, 0.3, 0.55}, {2, 0.38, 0.55}, {3, 0.46, 0.55}});
@@ -108,6 +114,7 @@ TEST_F(EngineGestures, CaptureReadsTwoOrMoreFingersAndTracesTheDrawing) {
     EXPECT_EQ(engine().liveTrace().strokes().size(), 3U);
     frameAt(1.2, {});
     EXPECT_FALSE(engine().isReading());
+    EXPECT_TRUE(engine().liveTrace().contacts().empty());
     engine().setCapturing(false);
     EXPECT_TRUE(engine().liveTrace().strokes().empty());
 }

@@ -8,28 +8,20 @@
 #include <variant>
 
 #include "actions/dry_run_system_port.h"
-#include "actions/linux_actions.h"
 #include "cli/argument_parser.h"
 #include "cli/commands.h"
 #include "cli/engine_lines.h"
 #include "cli/output.h"
-#include "cli/service/recording_playback.h"
-#include "cli/service/service.h"
+#include "cli/service/recording_file.h"
 #include "cli/store_session.h"
-#include "platform/linux/desktop_bell.h"
-#include "platform/linux/desktop_entry_launcher.h"
+#include "engine/recording_playback.h"
+#include "platform/linux/desktop_session.h"
 #include "platform/linux/evdev_touch_source.h"
 #include "platform/linux/folder_watch.h"
-#include "platform/linux/gio_app_files.h"
-#include "platform/linux/hot_key_choice.h"
+#include "platform/linux/instance_service.h"
 #include "platform/linux/instance_socket.h"
-#include "platform/linux/key_code_output.h"
-#include "platform/linux/linux_system_port.h"
 #include "platform/linux/signal_watch.h"
 #include "platform/linux/wake_watch.h"
-#include "platform/linux/x11_active_window.h"
-#include "platform/linux/x11_connection.h"
-#include "platform/linux/xkb_keyboard_layout.h"
 #include "support/log.h"
 
 namespace ostrelle::cli {
@@ -92,38 +84,17 @@ int serve(const ParsedArguments& parsed) {
     }
 
     // Actions are the chords of the desktop this runs on; a dry run shows them instead of sending them.
-    const LinuxActions linuxActions(linuxDesktopFrom(environment("XDG_CURRENT_DESKTOP").value_or("")));
-    const auto x11 = X11Connection::open(environment("DISPLAY").value_or(""));
-    if (x11) x11->watch(queue);
-    std::optional<X11ActiveWindow> activeWindow;
-    if (x11) activeWindow.emplace(*x11);
-    const auto layout = XkbKeyboardLayout::forSession(x11.get());
-    const GioAppFiles applications;
-    ActionHost host;
-    host.keyboardLayout = layout.get();
-    host.appFiles = &applications;
-    host.linuxActions = &linuxActions;
-
-    DryRunSystemPort dryRun;
-    dryRun.linuxKeyCodes = true;
-    DesktopBell bell(x11.get());
-    const DesktopEntryLauncher launcher;
-    std::optional<LinuxSystemPort> desktop;
-    if (!parsed.has(dryRunFlag)) {
-        desktop.emplace(LinuxSystemPort::Parts{
-            .keys = openKeyCodeOutput(environment),
-            .actions = linuxActions,
-            .activeWindowClass = [&activeWindow]() -> std::optional<WindowClass> {
-                return activeWindow ? activeWindow->active() : std::nullopt;
-            },
-            .openApplication = [&launcher](const std::string& path) { launcher.open(path); },
-            .feedback = bell,
-        });
-    }
-    SystemPort& system = desktop ? static_cast<SystemPort&>(*desktop) : dryRun;
-
-    const auto hotKeys = chooseHotKeyRegistrar(environment, x11.get(), queue);
-    Service service({queue, *input.source, system, settings, *store, *hotKeys, input.touchpadsOpen, host});
+    DesktopSession desktop(queue, environment, parsed.has(dryRunFlag));
+    DryRunSystemPort& dryRun = desktop.dryRun();
+    InstanceService service({.queue = queue,
+                             .source = *input.source,
+                             .system = desktop.system(),
+                             .settings = settings,
+                             .store = *store,
+                             .hotKeys = desktop.hotKeys(),
+                             .touchpadsOpen = input.touchpadsOpen,
+                             .host = desktop.host(),
+                             .quit = [&queue] { queue.quit(); }});
     answer = [&service](const std::string& request) { return service.answer(request); };
     std::optional<EngineLines> lines;
     if (parsed.has(dryRunFlag)) {

@@ -156,6 +156,17 @@ void EpollMainQueue::dispatch(int fd) {
     }
 }
 
+std::optional<double> EpollMainQueue::runReady() {
+    std::array<epoll_event, eventsPerWait> events{};
+    runDue();
+    const int count = ::epoll_wait(epoll_, events.data(), static_cast<int>(events.size()), 0);
+    for (int i = 0; i < count; ++i) dispatch(events[static_cast<std::size_t>(i)].data.fd);
+    runDue();
+    const auto due = nextDue();
+    if (!due) return std::nullopt;
+    return std::max(0.0, *due - now());
+}
+
 void EpollMainQueue::run() {
     loopThread_ = std::this_thread::get_id();
     std::array<epoll_event, eventsPerWait> events{};

@@ -49,6 +49,12 @@ class EpollMainQueue final : public MainQueue {
     void quit();
     // run() returns once no task is scheduled any more (watched descriptors do not count).
     void quitWhenIdle();
+    // For a host that runs its own loop (the desktop application's): the descriptor turns
+    // readable whenever a watched one does or a task is posted, from any thread; runReady() then
+    // runs what is due and what is readable without waiting, and says in how many seconds the
+    // next task falls due. Never mixed with run().
+    int descriptor() const { return epoll_; }
+    std::optional<double> runReady();
     // Tasks scheduled and neither run nor cancelled.
     std::size_t pendingCount();
 

@@ -21,6 +21,7 @@ namespace instance_requests {
 inline constexpr std::string_view quit = "quit";
 inline constexpr std::string_view toggle = "toggle";
 inline constexpr std::string_view status = "status";
+inline constexpr std::string_view open = "open";  // show the main window, where there is one
 }  // namespace instance_requests
 
 // How long a newcomer waits for the running instance to quit, and a client for a reply.

@@ -4,18 +4,18 @@
 #include <string>
 
 #include "engine/gesture_engine.h"
-#include "platform/linux/epoll_main_queue.h"
 #include "platform/linux/settings_file.h"
 
-namespace ostrelle::cli {
+namespace ostrelle {
 
-// The engine hosted without a window: it answers the instance socket's requests and follows the
-// settings and bindings files when another process changes them. Everything it is given must
-// outlive it; the system port is whatever carries out actions (a dry run, or the real output).
-class Service {
+// The engine as the running instance hosts it, with or without a window: it answers the instance
+// socket's requests and follows the settings and bindings files when another process changes
+// them. Everything it is given must outlive it; the system port is whatever carries out actions
+// (a dry run, or the real output).
+class InstanceService {
   public:
     struct Parts {
-        EpollMainQueue& queue;
+        MainQueue& queue;
         TouchSource& source;
         SystemPort& system;
         SettingsFile& settings;
@@ -25,9 +25,13 @@ class Service {
         std::function<int()> touchpadsOpen = nullptr;
         // What the actions know of the machine: keyboard layout, applications, the desktop's chords.
         ActionHost host = {};
+        // Ends the process's loop: a newcomer asked this instance to quit.
+        std::function<void()> quit = nullptr;
+        // Shows the main window; absent where there is none (the headless service).
+        std::function<void()> open = nullptr;
     };
 
-    explicit Service(Parts parts);
+    explicit InstanceService(Parts parts);
 
     GestureEngine& engine() { return engine_; }
 
@@ -43,4 +47,4 @@ class Service {
     GestureEngine engine_;
 };
 
-}  // namespace ostrelle::cli
+}  // namespace ostrelle

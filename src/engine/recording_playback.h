@@ -2,19 +2,13 @@
 
 #include <functional>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "engine/touch_source.h"
 #include "recognition/recording.h"
 #include "support/main_queue.h"
 
-namespace ostrelle::cli {
-
-// The events of a recording in any format replay reads, read whole so that a bad line is refused
-// before the service starts rather than halfway through a demo; nothing, after printing why,
-// when it cannot be read.
-std::optional<std::vector<RecordingEvent>> readRecording(const std::string& file);
+namespace ostrelle {
 
 // A touch source that plays a recording in real time on the main queue: each event at its
 // recorded offset from the first, counted from the first start. Like a device, it keeps going
@@ -48,4 +42,4 @@ class RecordingPlayback final : public TouchSource {
     TaskHandle scheduled_;
 };
 
-}  // namespace ostrelle::cli
+}  // namespace ostrelle

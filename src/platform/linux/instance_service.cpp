@@ -1,4 +1,4 @@
-#include "cli/service/service.h"
+#include "platform/linux/instance_service.h"
 
 #include <unistd.h>
 
@@ -9,7 +9,7 @@
 #include "platform/linux/instance_socket.h"
 #include "support/json_error.h"
 
-namespace ostrelle::cli {
+namespace ostrelle {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -26,7 +26,7 @@ std::optional<KeyShortcut> storedShortcut(const Settings& settings) {
 
 }  // namespace
 
-Service::Service(Parts parts)
+InstanceService::InstanceService(Parts parts)
     : parts_(parts),
       engine_({.store = parts.store,
                .source = parts.source,
@@ -36,11 +36,14 @@ Service::Service(Parts parts)
                .hotKeys = parts.hotKeys,
                .host = parts.host}) {}
 
-std::string Service::answer(const std::string& request) {
+std::string InstanceService::answer(const std::string& request) {
     Json reply = Json::object();
     if (request == instance_requests::quit) {
-        parts_.queue.quit();
+        if (parts_.quit) parts_.quit();
         reply["quitting"] = true;
+    } else if (request == instance_requests::open) {
+        if (parts_.open) parts_.open();
+        reply["opened"] = parts_.open != nullptr;
     } else if (request == instance_requests::toggle) {
         engine_.setEnabled(!engine_.isEnabled());
         reply["listening"] = engine_.isEnabled();
@@ -65,12 +68,12 @@ std::string Service::answer(const std::string& request) {
     return reply.dump();
 }
 
-void Service::fileChanged(const std::string& name) {
+void InstanceService::fileChanged(const std::string& name) {
     if (name == parts_.settings.path().filename()) settingsChanged();
     if (name == parts_.store.fileURL().filename()) parts_.store.refresh();
 }
 
-void Service::settingsChanged() {
+void InstanceService::settingsChanged() {
     const auto changed = parts_.settings.reload();
     const auto has = [&changed](std::string_view key) {
         return std::find(changed.begin(), changed.end(), key) != changed.end();
@@ -88,4 +91,4 @@ void Service::settingsChanged() {
     // "hapticFeedback" is read at every run, so nothing is needed for it.
 }
 
-}  // namespace ostrelle::cli
+}  // namespace ostrelle

@@ -1,22 +1,6 @@
-#include "cli/service/recording_playback.h"
+#include "engine/recording_playback.h"
 
-#include <fstream>
-#include <vector>
-
-#include "cli/commands.h"
-#include "cli/recording_loop.h"
-
-namespace ostrelle::cli {
-
-std::optional<std::vector<RecordingEvent>> readRecording(const std::string& file) {
-    std::optional<std::ifstream> input = openRecordingFile(file);
-    if (!input) return std::nullopt;
-    std::vector<RecordingEvent> events;
-    if (forEachRecordedEvent(*input, file, std::nullopt,
-                             [&](const RecordingEvent& event) { events.push_back(event); }) != exitSuccess)
-        return std::nullopt;
-    return events;
-}
+namespace ostrelle {
 
 RecordingPlayback::RecordingPlayback(MainQueue& queue, std::vector<RecordingEvent> events, EndHandler onEnd)
     : queue_(queue), events_(std::move(events)), onEnd_(std::move(onEnd)) {}
@@ -67,4 +51,4 @@ void RecordingPlayback::deliver(const RecordingEvent& event) {
     }
 }
 
-}  // namespace ostrelle::cli
+}  // namespace ostrelle
