@@ -12,6 +12,7 @@ packages=(
   libx11-dev libxtst-dev libxkbcommon-dev libxkbcommon-x11-dev libx11-xcb-dev libglib2.0-dev libcanberra-dev
   xvfb x11-xkb-utils xkb-data xdotool
   dbus-daemon libglib2.0-bin
+  qt6-base-dev qt6-svg-dev libqt6svg6 trayer
   qemu-system-x86 busybox-static cpio
   clang-format clang-tidy
 )

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "actions/action_host.h"
+#include "engine/gesture_engine.h"
+#include "store/binding_store.h"
+#include "support/settings.h"
+
+namespace ostrelle::app {
+
+class Updater;
+
+// The long-lived objects the windows show and change, handed to each view. Everything lives on
+// the main thread and outlives the views.
+struct AppContext {
+    GestureEngine& engine;
+    BindingStore& store;
+    Settings& settings;
+    // What the actions know of this machine: keyboard layout, installed applications, the
+    // desktop's chords (null off Linux).
+    ActionHost host;
+    // Whether the platform can give haptic feedback at all; the setting is hidden otherwise.
+    bool hasHaptics = false;
+    // Made on first use.
+    std::function<Updater&()> updater;
+};
+
+}  // namespace ostrelle::app
