@@ -6,6 +6,7 @@
 
 #include "actions/action_host.h"
 #include "engine/gesture_engine.h"
+#include "gestures/system_conflicts.h"
 #include "store/binding_store.h"
 #include "support/settings.h"
 
@@ -26,6 +27,10 @@ struct AppContext {
     bool hasHaptics = false;
     // Made on first use.
     std::function<Updater&()> updater;
+    // Where a gesture clashes with the desktop's own touchpad gestures; nothing where it doesn't.
+    std::function<std::optional<SystemConflict>(const Gesture&)> conflict = [](const Gesture&) {
+        return std::optional<SystemConflict>();
+    };
 };
 
 }  // namespace ostrelle::app

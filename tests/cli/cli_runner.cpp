@@ -48,8 +48,9 @@ struct Started {
     int err;
 };
 
-Started start(const std::vector<std::string>& arguments, std::vector<std::string> environment) {
-    std::vector<std::string> argv{OSTRELLE_CLI_PATH};
+Started start(const std::vector<std::string>& arguments, std::vector<std::string> environment,
+              const std::string& program = cliPath) {
+    std::vector<std::string> argv{program};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
     const std::vector<char*> argp = pointersTo(argv);
     const std::vector<char*> envp = pointersTo(environment);
@@ -71,7 +72,7 @@ Started start(const std::vector<std::string>& arguments, std::vector<std::string
         ::_exit(127);
     }
     for (const int childEnd : {pipes[0][0], pipes[1][1], pipes[2][1]}) ::close(childEnd);
-    if (pid < 0) throw std::runtime_error("cannot start " OSTRELLE_CLI_PATH);
+    if (pid < 0) throw std::runtime_error("cannot start " + program);
     return {pid, pipes[0][1], pipes[1][0], pipes[2][0]};
 }
 
@@ -123,16 +124,18 @@ std::vector<std::string> CLIResult::outLines() const {
 }
 
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input, const ScratchHome& home,
-                 const SignalAfter& signal, const std::vector<std::string>& environment) {
+                 const SignalAfter& signal, const std::vector<std::string>& environment,
+                 const std::string& program) {
     std::vector<std::string> variables = environmentFor(home);
     variables.insert(variables.end(), environment.begin(), environment.end());
-    const Started child = start(arguments, variables);
+    const Started child = start(arguments, variables, program);
     // A program that ended before reading fails the write, as this process ignores SIGPIPE.
     [[maybe_unused]] const ssize_t written = ::write(child.input, input.data(), input.size());
     return collect(child, signal);
 }
 
-BackgroundCLI::BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home) {
+BackgroundCLI::BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home,
+                             const std::vector<std::string>& extraEnvironment, const std::string& program) {
     static int started = 0;
     const std::string notifyPath =
         (home.temporaryFolder() / ("notify-" + std::to_string(++started))).string();
@@ -144,7 +147,8 @@ BackgroundCLI::BackgroundCLI(const std::vector<std::string>& arguments, const Sc
         throw std::runtime_error("cannot make the notify socket " + notifyPath);
     std::vector<std::string> environment = environmentFor(home);
     environment.push_back("NOTIFY_SOCKET=" + notifyPath);
-    const Started child = start(arguments, environment);
+    environment.insert(environment.end(), extraEnvironment.begin(), extraEnvironment.end());
+    const Started child = start(arguments, environment, program);
     ::close(child.input);  // its input is at its end from the start
     pid_ = child.pid;
     out_ = child.out;

@@ -28,6 +28,7 @@ struct SignalAfter {
 // Waited for at most, for a run that ends by itself or for the output awaited; only a hung
 // program reaches it, and then the test fails and the program is killed.
 constexpr std::chrono::seconds cliTimeLimit{30};
+inline const std::string cliPath = OSTRELLE_CLI_PATH;
 
 // Runs the built ostrelle-cli to its end with these arguments and this standard input (no more
 // than a pipe holds). Its HOME and XDG folders are those of `home`: by default the test binary's
@@ -35,14 +36,17 @@ constexpr std::chrono::seconds cliTimeLimit{30};
 // `environment` adds variables ("NAME=value"), such as the desktop the program is to find.
 CLIResult runCLI(const std::vector<std::string>& arguments, const std::string& input = "",
                  const ScratchHome& home = guardedHome(), const SignalAfter& signal = {},
-                 const std::vector<std::string>& environment = {});
+                 const std::vector<std::string>& environment = {}, const std::string& program = cliPath);
 
 // ostrelle-cli started in the background with the folders of `home`, its output read when it
 // ends (no more than pipes hold). It tells when it is ready through NOTIFY_SOCKET, as it would tell systemd.
 // A program still running when this goes away is killed.
 class BackgroundCLI {
   public:
-    BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home);
+    // `environment` adds variables; `program` is another of the project's programs (the desktop
+    // application) started the same way.
+    BackgroundCLI(const std::vector<std::string>& arguments, const ScratchHome& home,
+                  const std::vector<std::string>& environment = {}, const std::string& program = cliPath);
     ~BackgroundCLI();
     BackgroundCLI(const BackgroundCLI&) = delete;
     BackgroundCLI& operator=(const BackgroundCLI&) = delete;

@@ -6,11 +6,11 @@
 
 namespace ostrelle {
 
-SignalWatch::SignalWatch(EpollMainQueue& queue, std::initializer_list<int> signals, Handler onSignal)
+SignalWatch::SignalWatch(EpollMainQueue& queue, std::initializer_list<int> numbers, Handler onSignal)
     : queue_(queue), onSignal_(std::move(onSignal)) {
     sigset_t set;
     sigemptyset(&set);
-    for (const int number : signals) {
+    for (const int number : numbers) {
         // Started in the background by a shell, a program is meant to ignore an interrupt.
         struct sigaction current {};
         if (::sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) continue;

@@ -15,7 +15,7 @@ class SignalWatch {
   public:
     using Handler = std::function<void(int number)>;
 
-    SignalWatch(EpollMainQueue& queue, std::initializer_list<int> signals, Handler onSignal);
+    SignalWatch(EpollMainQueue& queue, std::initializer_list<int> numbers, Handler onSignal);
     ~SignalWatch();
     SignalWatch(const SignalWatch&) = delete;
     SignalWatch& operator=(const SignalWatch&) = delete;

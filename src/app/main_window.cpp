@@ -1,0 +1,143 @@
+#include "app/main_window.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QShortcut>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace ostrelle::app {
+namespace {
+
+constexpr const char* newGestureText = "&New Gesture";
+constexpr const char* settingsText = "&Settings";
+constexpr const char* undoText = "&Undo";
+constexpr const char* deletedText = "Deleted “%1”.";
+constexpr const char* emptyText = "Choose a gesture on the left, or make a new one.";
+constexpr const char* keepRunningQuestion = "Keep Ostrelle running in the background?";
+constexpr const char* keepRunningDetail =
+    "Your gestures keep working while the window is closed. Open Ostrelle again to change them.";
+constexpr const char* keepRunningText = "Keep Running";
+constexpr const char* quitText = "Quit Ostrelle";
+
+}  // namespace
+
+MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(parent), context_(context) {
+    setWindowTitle(QString::fromUtf8(title));
+    setObjectName(QString::fromUtf8(identifier));
+    resize(defaultWidth, defaultHeight);
+
+    auto* splitter = new QSplitter(this);
+    splitter->addWidget(makeSidebar());
+    auto* right = new QWidget(splitter);
+    auto* rightLayout = new QVBoxLayout(right);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->addWidget(makeUndoBar());
+    pages_ = new QStackedWidget(right);
+    emptyPage_ = new QLabel(QString::fromUtf8(emptyText), pages_);
+    static_cast<QLabel*>(emptyPage_)->setAlignment(Qt::AlignCenter);
+    static_cast<QLabel*>(emptyPage_)->setWordWrap(true);
+    pages_->addWidget(emptyPage_);
+    rightLayout->addWidget(pages_, 1);
+    splitter->addWidget(right);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({340, defaultWidth - 340});
+    setCentralWidget(splitter);
+
+    auto* undo = new QShortcut(QKeySequence::Undo, this);
+    connect(undo, &QShortcut::activated, this, &MainWindow::undoDelete);
+    engineUpdates_ = context_.engine.observers.add([this] { updateGuide(); });
+    showEmpty();
+    updateGuide();
+}
+
+MainWindow::~MainWindow() {
+    context_.engine.observers.remove(engineUpdates_);
+}
+
+QWidget* MainWindow::makeSidebar() {
+    auto* sidebar = new QWidget(this);
+    auto* layout = new QVBoxLayout(sidebar);
+    list_ = new BindingList(context_, sidebar);
+    layout->addWidget(list_, 1);
+    auto* buttons = new QHBoxLayout;
+    auto* add = new QPushButton(QString::fromUtf8(newGestureText), sidebar);
+    add->setAccessibleName(QStringLiteral("New Gesture"));
+    auto* settings = new QPushButton(QString::fromUtf8(settingsText), sidebar);
+    settings->setAccessibleName(QStringLiteral("Settings"));
+    buttons->addWidget(add);
+    buttons->addStretch(1);
+    buttons->addWidget(settings);
+    layout->addLayout(buttons);
+    return sidebar;
+}
+
+QWidget* MainWindow::makeUndoBar() {
+    undoBar_ = new QWidget(this);
+    auto* layout = new QHBoxLayout(undoBar_);
+    undoText_ = new QLabel(undoBar_);
+    auto* button = new QPushButton(QString::fromUtf8(undoText), undoBar_);
+    button->setAccessibleName(QStringLiteral("Undo delete"));
+    connect(button, &QPushButton::clicked, this, &MainWindow::undoDelete);
+    layout->addWidget(undoText_, 1);
+    layout->addWidget(button);
+    undoBar_->setAutoFillBackground(true);
+    undoBar_->setBackgroundRole(QPalette::AlternateBase);
+    undoBar_->hide();
+    return undoBar_;
+}
+
+void MainWindow::showEmpty() {
+    pages_->setCurrentWidget(emptyPage_);
+}
+
+void MainWindow::deleteBinding(const std::string& id) {
+    const auto& bindings = context_.store.bindings();
+    const auto found =
+        std::find_if(bindings.begin(), bindings.end(), [&id](const GestureBinding& b) { return b.id == id; });
+    if (found == bindings.end()) return;
+    deleted_ = *found;
+    context_.store.remove(id);
+    undoText_->setText(
+        QString::fromUtf8(deletedText).arg(QString::fromStdString(deleted_->gesture.displayName())));
+    undoBar_->show();
+    showEmpty();
+}
+
+void MainWindow::undoDelete() {
+    if (!deleted_) return;
+    // Refused when the gesture was bound again meanwhile; the bar then stays to say nothing came back.
+    if (!context_.store.save(*deleted_)) return;
+    list_->choose(deleted_->id);
+    deleted_.reset();
+    undoBar_->hide();
+}
+
+void MainWindow::updateGuide() {}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!asksBeforeClosing_) {
+        event->accept();
+        return;
+    }
+    QMessageBox question(QMessageBox::Question, QString::fromUtf8(title),
+                         QString::fromUtf8(keepRunningQuestion), QMessageBox::NoButton, this);
+    question.setInformativeText(QString::fromUtf8(keepRunningDetail));
+    QPushButton* keep = question.addButton(QString::fromUtf8(keepRunningText), QMessageBox::AcceptRole);
+    question.addButton(QString::fromUtf8(quitText), QMessageBox::DestructiveRole);
+    question.addButton(QMessageBox::Cancel);
+    question.setDefaultButton(keep);
+    question.exec();
+    if (question.clickedButton() == keep) {
+        event->accept();
+    } else if (question.buttonRole(question.clickedButton()) == QMessageBox::DestructiveRole) {
+        event->accept();
+        emit quitRequested();
+    } else {
+        event->ignore();
+    }
+}
+
+}  // namespace ostrelle::app

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <optional>
+
+#include "app/app_context.h"
+#include "app/binding_list.h"
+
+namespace ostrelle::app {
+
+// The one window, "Ostrelle": the saved gestures on the left; on the right the editor of the
+// chosen or a new gesture, the settings, or the permission guide while touches can't be read.
+// Deleting a gesture can be undone until the next deletion.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    static constexpr const char* title = "Ostrelle";
+    static constexpr const char* identifier = "main";
+    static constexpr int defaultWidth = 1000;
+    static constexpr int defaultHeight = 700;
+
+    explicit MainWindow(AppContext& context, QWidget* parent = nullptr);
+    ~MainWindow() override;
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    // Where the desktop has no tray, closing asks whether to keep running in the background.
+    void setAsksBeforeClosing(bool asks) { asksBeforeClosing_ = asks; }
+
+    BindingList& bindingList() { return *list_; }
+    void deleteBinding(const std::string& id);
+    void undoDelete();
+
+  signals:
+    void quitRequested();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    QWidget* makeSidebar();
+    QWidget* makeUndoBar();
+    void showEmpty();
+    void updateGuide();
+
+    AppContext& context_;
+    BindingList* list_ = nullptr;
+    QStackedWidget* pages_ = nullptr;
+    QWidget* emptyPage_ = nullptr;
+    QWidget* undoBar_ = nullptr;
+    QLabel* undoText_ = nullptr;
+    std::optional<GestureBinding> deleted_;
+    bool asksBeforeClosing_ = false;
+    ObserverList::Token engineUpdates_ = 0;
+};
+
+}  // namespace ostrelle::app

@@ -1,0 +1,144 @@
+#include "app/ostrelle_app.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPalette>
+#include <QTimer>
+
+#include "app/main_window.h"
+#include "app/queue_bridge.h"
+#include "app/status_icon.h"
+#include "app/tray_menu.h"
+#include "platform/linux/evdev_touch_source.h"
+#include "support/log.h"
+
+namespace ostrelle::app {
+namespace {
+
+using Answer = std::function<std::string(const std::string&)>;
+
+std::unique_ptr<TouchSource> touchSource(EpollMainQueue& queue,
+                                         std::optional<std::vector<RecordingEvent>> replay) {
+    // Once played out, the pad is just quiet; the program keeps running.
+    if (replay) return std::make_unique<RecordingPlayback>(queue, std::move(*replay), [] {});
+    return std::make_unique<EvdevTouchSource>(queue);
+}
+
+// For status: how many touchpads are read, as the headless service tells; nothing for a recording.
+std::function<int()> touchpadCount(TouchSource* source) {
+    auto* touchpads = dynamic_cast<EvdevTouchSource*>(source);
+    if (!touchpads) return nullptr;
+    return [touchpads] { return touchpads->openTouchpads(); };
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<OstrelleApp>, std::string> OstrelleApp::start(
+    EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options) {
+    // First of all: whichever instance runs (this program or the headless service) quits, so
+    // that only one acts on gestures.
+    const auto folder = instanceFolder(environment);
+    if (const auto* problem = std::get_if<std::string>(&folder)) return *problem;
+    // Requests that come before the engine exists wait in the socket until it does.
+    auto answer = std::make_shared<Answer>();
+    auto taken =
+        InstanceServer::takeOver(queue, std::get<std::filesystem::path>(folder),
+                                 [answer](const std::string& request) { return (*answer)(request); });
+    if (const auto* problem = std::get_if<std::string>(&taken)) return *problem;
+    auto instance = std::move(std::get<std::unique_ptr<InstanceServer>>(taken));
+    Log::prune();
+    return std::unique_ptr<OstrelleApp>(
+        new OstrelleApp(queue, environment, std::move(options), std::move(instance), std::move(answer)));
+}
+
+OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options,
+                         std::unique_ptr<InstanceServer> instance, std::shared_ptr<Answer> answer)
+    : queue_(queue),
+      instance_(std::move(instance)),
+      settings_(std::make_unique<SettingsFile>(defaultSettingsPath(environment))),
+      store_(std::make_unique<BindingStore>(
+          options.bindings.value_or(defaultBindingsPath(environment, PathConvention::xdg)),
+          settings_->boolValue(settings_keys::launchedBefore).value_or(false))),
+      source_(touchSource(queue, std::move(options.replay))),
+      desktop_(std::make_unique<DesktopSession>(queue, environment, options.dryRun)),
+      service_(std::make_unique<InstanceService>(InstanceService::Parts{
+          .queue = queue,
+          .source = *source_,
+          .system = desktop_->system(),
+          .settings = *settings_,
+          .store = *store_,
+          .hotKeys = desktop_->hotKeys(),
+          .touchpadsOpen = touchpadCount(source_.get()),
+          .host = desktop_->host(),
+          // Both come from the socket, inside the queue's work: the window and the quit follow
+          // once that work is done.
+          .quit = [this] { QTimer::singleShot(0, this, &OstrelleApp::quit); },
+          .open = [this] { QTimer::singleShot(0, this, &OstrelleApp::openMainWindow); },
+      })),
+      context_{.engine = service_->engine(),
+               .store = *store_,
+               .settings = *settings_,
+               .host = desktop_->host(),
+               .hasHaptics = desktop_->system().feedback().hasHaptics(),
+               .updater = nullptr} {
+    *answer = [this](const std::string& request) { return service_->answer(request); };
+
+    const auto onChange = [this](const std::string& name) { fileChanged(name); };
+    settingsFolder_ = std::make_unique<FolderWatch>(queue, settings_->path().parent_path(), onChange);
+    if (store_->fileURL().parent_path() != settings_->path().parent_path())
+        bindingsFolder_ = std::make_unique<FolderWatch>(queue, store_->fileURL().parent_path(), onChange);
+    wake_ = std::make_unique<WakeWatch>(queue, [this] { engine().systemDidWake(); });
+    bridge_ = std::make_unique<QueueBridge>(queue);
+
+    menu_ = std::make_unique<TrayMenu>(
+        engine(), [this] { openMainWindow(); }, [this] { quit(); });
+    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+        tray_ = std::make_unique<QSystemTrayIcon>();
+        tray_->setContextMenu(menu_.get());
+        connect(tray_.get(), &QSystemTrayIcon::activated, this,
+                [this](QSystemTrayIcon::ActivationReason reason) {
+                    if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+                        openMainWindow();
+                });
+        showStatus();
+        tray_->show();
+    }
+    engineUpdates_ = engine().observers.add([this] { showStatus(); });
+    // Without a tray the window is the only way in.
+    if (!tray_ || options.openWindow) openMainWindow();
+}
+
+OstrelleApp::~OstrelleApp() {
+    engine().observers.remove(engineUpdates_);
+    delete window_.data();
+}
+
+void OstrelleApp::showStatus() {
+    if (!tray_) return;
+    const bool active = engine().isEnabled();
+    tray_->setIcon(statusIcon(active, QApplication::palette().color(QPalette::WindowText)));
+    tray_->setToolTip(active ? activeIconName : pausedIconName);
+}
+
+void OstrelleApp::openMainWindow() {
+    if (!window_) {
+        window_ = new MainWindow(context_);
+        window_->setAttribute(Qt::WA_DeleteOnClose, false);
+        window_->setAsksBeforeClosing(tray_ == nullptr);
+        connect(window_, &MainWindow::quitRequested, this, &OstrelleApp::quit);
+    }
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
+}
+
+void OstrelleApp::fileChanged(const std::string& name) {
+    service_->fileChanged(name);
+}
+
+void OstrelleApp::quit() {
+    if (window_) window_->hide();
+    QCoreApplication::quit();
+}
+
+}  // namespace ostrelle::app
