@@ -25,6 +25,8 @@ struct AppContext {
     ActionHost host;
     // Whether the platform can give haptic feedback at all; the setting is hidden otherwise.
     bool hasHaptics = false;
+    // Why actions can't send keys on this machine; nothing when they can.
+    std::optional<std::string> keysError;
     // Made on first use.
     std::function<Updater&()> updater;
     // Where a gesture clashes with the desktop's own touchpad gestures; nothing where it doesn't.

@@ -80,6 +80,8 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
                .settings = *settings_,
                .host = desktop_->host(),
                .hasHaptics = desktop_->system().feedback().hasHaptics(),
+               .keysError = desktop_->system().keyCodes() ? desktop_->system().keyCodes()->unavailableReason()
+                                                          : std::nullopt,
                .updater = nullptr} {
     *answer = [this](const std::string& request) { return service_->answer(request); };
 
