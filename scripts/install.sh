@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Installs Ostrelle for the user who runs it:
-#   - builds ostrelle-cli (Release) and copies it to PREFIX/bin (default ~/.local/bin);
+#   - builds ostrelle-cli and the desktop application ostrelle (Release) and copies them to
+#     PREFIX/bin (default ~/.local/bin);
 #   - a udev rule (with sudo) that lets the user logged in at the seat read touchpads and use
 #     /dev/uinput, without the "input" group that would open every keyboard to every program;
 #   - a systemd user unit that runs `ostrelle-cli run` from login on and restarts it on failure;
-#   - a desktop entry.
+#   - a desktop entry that opens the application (it takes over from the service while it runs).
 # Says what it did. Options: --prefix DIR, --no-system (leave out the udev rule and systemctl,
 # for containers and trial runs), --uninstall (removes what an install put in place).
 set -euo pipefail
@@ -23,6 +24,7 @@ while [ $# -gt 0 ]; do
 done
 
 bin="$prefix/bin/ostrelle-cli"
+app="$prefix/bin/ostrelle"
 rule=/etc/udev/rules.d/70-ostrelle.rules
 unit="${XDG_CONFIG_HOME:-$HOME/.config}/systemd/user/ostrelle.service"
 entry="${XDG_DATA_HOME:-$HOME/.local/share}/applications/ostrelle.desktop"
@@ -40,22 +42,23 @@ if [ $uninstall -eq 1 ]; then
   if has_user_systemd; then
     systemctl --user disable --now ostrelle.service 2>/dev/null || true
   fi
-  rm -f "$unit" "$entry" "$bin"
+  rm -f "$unit" "$entry" "$bin" "$app"
   has_user_systemd && systemctl --user daemon-reload
   if [ $system -eq 1 ] && [ -e "$rule" ]; then
     $sudo rm -f "$rule"
     reload_udev
   fi
-  echo "Removed $bin, $unit, $entry$([ $system -eq 1 ] && echo " and $rule")."
+  echo "Removed $bin, $app, $unit, $entry$([ $system -eq 1 ] && echo " and $rule")."
   echo "Your bindings and settings stay in ${XDG_CONFIG_HOME:-$HOME/.config}/Ostrelle."
   exit 0
 fi
 
 "$root/scripts/install-deps.sh"
-OSTRELLE_BUILD_TARGET=ostrelle-cli "$root/scripts/build.sh" "$root/build-install" \
+OSTRELLE_BUILD_TARGET="ostrelle-cli ostrelle" "$root/scripts/build.sh" "$root/build-install" \
   -DCMAKE_BUILD_TYPE=Release -DOSTRELLE_TESTS=OFF -DOSTRELLE_BENCH=OFF
 install -Dm755 "$root/build-install/ostrelle-cli" "$bin"
-echo "Installed the program: $bin"
+install -Dm755 "$root/build-install/ostrelle" "$app"
+echo "Installed the programs: $bin and $app"
 
 mkdir -p "$(dirname "$unit")" "$(dirname "$entry")"
 sed "s|@BINDIR@|$prefix/bin|g" "$root/packaging/linux/ostrelle.service" >"$unit"
