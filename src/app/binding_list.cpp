@@ -4,11 +4,13 @@
 #include <QStyle>
 
 #include "actions/action_catalog.h"
+#include "app/gesture_icon.h"
 
 namespace ostrelle::app {
 namespace {
 
 constexpr int idRole = Qt::UserRole;
+constexpr int iconSide = 28;  // at 100 %; Qt scales it with the screen
 constexpr const char* listName = "Saved gestures";
 constexpr const char* gestureColumnTitle = "Gesture";
 constexpr const char* actionColumnTitle = "Action";
@@ -32,7 +34,8 @@ BindingList::BindingList(AppContext& context, QWidget* parent) : QTreeWidget(par
     header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     header()->setStretchLastSection(false);
     setRootIsDecorated(false);
-    setUniformRowHeights(true);
+    setIconSize(QSize(iconSide, iconSide));
+    setTextElideMode(Qt::ElideMiddle);
     setAlternatingRowColors(false);
     setSelectionMode(QAbstractItemView::SingleSelection);
     connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
@@ -79,11 +82,14 @@ void BindingList::reload() {
             const QString pill = qt(ActionCatalog::pill(binding.action, context_.host));
             auto* row = new QTreeWidgetItem(heading, {name, pill});
             row->setData(0, idRole, qt(binding.id));
+            row->setIcon(0, gestureIcon(binding.gesture));
+            row->setToolTip(0, name);
             row->setToolTip(1, qt(ActionCatalog::summary(binding.action, context_.host)));
             QString spoken = name + QStringLiteral(", ") + pill;
             if (const auto conflict = context_.conflict(binding.gesture)) {
-                row->setIcon(0, warning);
-                row->setToolTip(0, qt(conflict->text));
+                row->setIcon(1, warning);
+                row->setToolTip(0, name + QStringLiteral("\n") + qt(conflict->text));
+                row->setToolTip(1, qt(conflict->text));
                 spoken += QStringLiteral(". ") + qt(conflict->text);
             }
             row->setData(0, Qt::AccessibleTextRole, spoken);

@@ -10,6 +10,7 @@
 namespace ostrelle::app {
 namespace {
 
+constexpr int sidebarWidth = 440;
 constexpr const char* newGestureText = "&New Gesture";
 constexpr const char* settingsText = "&Settings";
 constexpr const char* undoText = "&Undo";
@@ -39,11 +40,13 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(paren
     static_cast<QLabel*>(emptyPage_)->setAlignment(Qt::AlignCenter);
     static_cast<QLabel*>(emptyPage_)->setWordWrap(true);
     pages_->addWidget(emptyPage_);
+    settings_ = new SettingsPane(context_, pages_);
+    pages_->addWidget(settings_);
     rightLayout->addWidget(pages_, 1);
     splitter->addWidget(right);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({340, defaultWidth - 340});
+    splitter->setSizes({sidebarWidth, defaultWidth - sidebarWidth});
     setCentralWidget(splitter);
 
     auto* undo = new QShortcut(QKeySequence::Undo, this);
@@ -70,6 +73,7 @@ QWidget* MainWindow::makeSidebar() {
     buttons->addWidget(add);
     buttons->addStretch(1);
     buttons->addWidget(settings);
+    connect(settings, &QPushButton::clicked, this, &MainWindow::showSettings);
     layout->addLayout(buttons);
     return sidebar;
 }
@@ -91,6 +95,11 @@ QWidget* MainWindow::makeUndoBar() {
 
 void MainWindow::showEmpty() {
     pages_->setCurrentWidget(emptyPage_);
+}
+
+void MainWindow::showSettings() {
+    list_->choose(std::nullopt);
+    pages_->setCurrentWidget(settings_);
 }
 
 void MainWindow::deleteBinding(const std::string& id) {

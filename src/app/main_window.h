@@ -8,6 +8,7 @@
 
 #include "app/app_context.h"
 #include "app/binding_list.h"
+#include "app/settings_pane.h"
 
 namespace ostrelle::app {
 
@@ -32,6 +33,8 @@ class MainWindow final : public QMainWindow {
     void setAsksBeforeClosing(bool asks) { asksBeforeClosing_ = asks; }
 
     BindingList& bindingList() { return *list_; }
+    void showSettings();
+    SettingsPane& settingsPane() { return *settings_; }
     void deleteBinding(const std::string& id);
     void undoDelete();
 
@@ -51,6 +54,7 @@ class MainWindow final : public QMainWindow {
     BindingList* list_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     QWidget* emptyPage_ = nullptr;
+    SettingsPane* settings_ = nullptr;
     QWidget* undoBar_ = nullptr;
     QLabel* undoText_ = nullptr;
     std::optional<GestureBinding> deleted_;
