@@ -1,10 +1,11 @@
 #include "app/permission_guide.h"
 
 #include <QClipboard>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -43,6 +44,9 @@ constexpr const char* failedText = "Installing the access rule failed (exit code
 constexpr const char* crashedText = "Installing the access rule stopped unexpectedly.";
 constexpr const char* notStartedText = "%1 could not be run. Run the command below in a terminal instead.";
 
+constexpr int commandLines = 7;
+constexpr int minimumWidthInCharacters = 64;
+
 QString text(const char* constant) {
     return QString::fromUtf8(constant);
 }
@@ -73,7 +77,12 @@ PermissionGuide::PermissionGuide(GestureEngine& engine, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(heading);
     layout->addWidget(error_);
-    layout->addWidget(wrappedLabel(text(stepsText), this));
+    auto* steps = wrappedLabel(text(stepsText), this);
+    // Wrapped text asks for the height its width needs; a floor in characters keeps the steps
+    // from turning into a narrow column at any scale.
+    steps->setMinimumWidth(steps->fontMetrics().horizontalAdvance(QLatin1Char('n')) *
+                           minimumWidthInCharacters);
+    layout->addWidget(steps);
     if (offersAccessRule) {
         installButton_ = new QPushButton(text(installText), this);
         installButton_->setAccessibleName(text(installText).remove(QLatin1Char('&')));
@@ -84,18 +93,21 @@ PermissionGuide::PermissionGuide(GestureEngine& engine, QWidget* parent)
         layout->addLayout(installRow);
 
         auto* orCopy = new QLabel(text(orCopyText), this);
-        commandText_ = new QLineEdit(command_.text, this);
+        commandText_ = new QPlainTextEdit(command_.text, this);
         commandText_->setReadOnly(true);
-        commandText_->setCursorPosition(0);
+        commandText_->setTabChangesFocus(true);
+        commandText_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        // Tall enough for the whole command at the guide's usual width, in lines of its own font.
+        commandText_->setMinimumHeight(commandText_->fontMetrics().lineSpacing() * commandLines);
         commandText_->setAccessibleName(text(commandName));
         orCopy->setBuddy(commandText_);
         auto* copyButton = new QPushButton(text(copyText), this);
         copyButton->setAccessibleName(text(copyText).remove(QLatin1Char('&')));
         auto* copyRow = new QHBoxLayout;
-        copyRow->addWidget(commandText_, 1);
+        copyRow->addWidget(orCopy, 1);
         copyRow->addWidget(copyButton);
-        layout->addWidget(orCopy);
         layout->addLayout(copyRow);
+        layout->addWidget(commandText_);
 
         connect(installButton_, &QPushButton::clicked, this, &PermissionGuide::install);
         connect(copyButton, &QPushButton::clicked, this, [this] {
@@ -105,6 +117,7 @@ PermissionGuide::PermissionGuide(GestureEngine& engine, QWidget* parent)
     }
     layout->addWidget(status_);
     layout->addStretch(1);
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
     status_->hide();
 
     observer_ = engine_.observers.add([this] { refresh(); });

@@ -7,7 +7,7 @@
 #include "engine/gesture_engine.h"
 
 class QLabel;
-class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 
 namespace ostrelle::app {
@@ -39,7 +39,7 @@ class PermissionGuide final : public QWidget {
     QLabel* error_;
     QLabel* status_;
     QPushButton* installButton_ = nullptr;
-    QLineEdit* commandText_ = nullptr;
+    QPlainTextEdit* commandText_ = nullptr;
     QProcess* process_ = nullptr;
     bool waiting_ = false;  // the touchpad could not be read when last seen
 };

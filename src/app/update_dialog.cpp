@@ -25,6 +25,7 @@ constexpr const char* closeText = "Close";
 constexpr const char* laterText = "&Later";
 constexpr const char* cancelText = "Cancel";
 constexpr const char* busyAccessibleName = "Checking for updates";
+constexpr int minimumWidthInCharacters = 60;
 
 QString text(const char* constant) {
     return QString::fromUtf8(constant);
@@ -77,7 +78,8 @@ UpdateDialog::UpdateDialog(UrlOpener openUrl, QWidget* parent)
     layout->addStretch(1);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 60);
+    // The layout sets the window's minimum; a floor in characters keeps wrapped text readable.
+    heading_->setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('n')) * minimumWidthInCharacters);
 
     connect(notesButton_, &QPushButton::clicked, this, [this] { openUrl_(release_.releaseNotes); });
     connect(downloadButton_, &QPushButton::clicked, this, [this] {

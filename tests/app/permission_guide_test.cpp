@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -96,7 +96,7 @@ TEST(PermissionGuide, InstallsTheRuleThroughThePasswordProgram) {
             << passed;
         EXPECT_EQ(passed.find("# "), std::string::npos) << "comments left out";
         // The text to copy names the same program and rule.
-        EXPECT_TRUE(rig.guide.findChild<QLineEdit*>()->text().contains("ID_INPUT_TOUCHPAD"));
+        EXPECT_TRUE(rig.guide.findChild<QPlainTextEdit*>()->toPlainText().contains("ID_INPUT_TOUCHPAD"));
     }
 }
 
