@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QKeySequence>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "actions/action_catalog.h"
@@ -143,8 +144,12 @@ QWidget* BindingEditor::buildGestureColumn() {
     auto* recordRow = new QHBoxLayout;
     recordRow->addWidget(record_);
     recordRow->addWidget(prompt_, 1);
+    recordRow->addStretch();  // keeps the button its own size while the prompt is hidden
     layout->addLayout(recordRow);
     prompt_->setWordWrap(true);
+    // Wrapping labels would otherwise take a share of the column's spare height from the list.
+    prompt_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    detected_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     prompt_->hide();
     layout->addWidget(preview_);
     preview_->hide();
@@ -212,7 +217,11 @@ void BindingEditor::selectGesture(const Gesture& gesture) {
     for (QTreeWidgetItemIterator it(triggers_); *it; ++it) {
         if ((*it)->data(0, gestureRole).toString() != id) continue;
         triggers_->setCurrentItem(*it);
-        triggers_->scrollToItem(*it);
+        // Once the layout has settled after the preview closes, so the row is really in view.
+        QTimer::singleShot(0, triggers_, [this] {
+            if (triggers_->currentItem())
+                triggers_->scrollToItem(triggers_->currentItem(), QAbstractItemView::PositionAtCenter);
+        });
         return;
     }
 }

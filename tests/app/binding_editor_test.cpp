@@ -67,6 +67,15 @@ void showActive(QWidget& window) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window, 2000));
 }
 
+// Where OSTRELLE_SCREENSHOTS names a folder, the editor as it looks now, laid out as the event
+// loop would have it.
+void screenshot(QWidget& window, const char* name) {
+    const QByteArray folder = qgetenv("OSTRELLE_SCREENSHOTS");
+    if (folder.isEmpty()) return;
+    QCoreApplication::sendPostedEvents();
+    window.grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
+}
+
 void pickAction(BindingEditor& editor, const char* query) {
     QLineEdit& search = editor.actionPicker().searchField();
     search.setFocus();
@@ -97,8 +106,7 @@ TEST(BindingEditor, RecordsAThreeFingerTapPicksAnActionAndSaves) {
     rig.frameAt(1.0, threeFingers);
     ASSERT_TRUE(QTest::qWaitFor([&] { return editor.preview().paintCount() > 0; }, 2000));
     EXPECT_GT(fingerPixels(editor.preview()), 0) << "the fingers down are drawn";
-    if (const QByteArray folder = qgetenv("OSTRELLE_SCREENSHOTS"); !folder.isEmpty())
-        editor.grab().save(QString::fromUtf8(folder) + "/editor-recording.png");
+    screenshot(editor, "editor-recording");
 
     rig.frameAt(1.1, {});
     rig.queue.advanceTo(1.6);
@@ -108,6 +116,7 @@ TEST(BindingEditor, RecordsAThreeFingerTapPicksAnActionAndSaves) {
 
     pickAction(editor, "open new tab");
     ASSERT_EQ(editor.actionPicker().action(), (ActionRef{"browsers", "newtab", {}, {}}));
+    screenshot(editor, "editor-detected");
     ASSERT_TRUE(editor.save());
 
     ASSERT_EQ(saved.count(), 1);
