@@ -3,10 +3,7 @@
 #include <QFile>
 #include <algorithm>
 
-// The application's resources live in a static library, whose unreferenced parts the linker drops.
-static void loadResources() {
-    Q_INIT_RESOURCE(resources);
-}
+#include "app/resources.h"
 
 namespace ostrelle::app {
 namespace {

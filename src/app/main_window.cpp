@@ -10,7 +10,7 @@
 namespace ostrelle::app {
 namespace {
 
-constexpr int sidebarWidth = 440;
+constexpr int sidebarWidth = 360;
 constexpr const char* newGestureText = "&New Gesture";
 constexpr const char* settingsText = "&Settings";
 constexpr const char* undoText = "&Undo";
@@ -42,6 +42,11 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(paren
     pages_->addWidget(emptyPage_);
     settings_ = new SettingsPane(context_, pages_);
     pages_->addWidget(settings_);
+    guide_ = new PermissionGuide(context_.engine, pages_);
+    pages_->addWidget(guide_);
+    connect(guide_, &PermissionGuide::granted, this, [this] {
+        if (showsPermissionGuide()) showEmpty();
+    });
     rightLayout->addWidget(pages_, 1);
     splitter->addWidget(right);
     splitter->setStretchFactor(0, 0);
@@ -71,6 +76,8 @@ QWidget* MainWindow::makeSidebar() {
     auto* settings = new QPushButton(QString::fromUtf8(settingsText), sidebar);
     settings->setAccessibleName(QStringLiteral("Settings"));
     buttons->addWidget(add);
+    connect(add, &QPushButton::clicked, this, [this] { showEditor(std::nullopt); });
+    connect(list_, &BindingList::chosen, this, [this](const QString& id) { showEditor(id.toStdString()); });
     buttons->addStretch(1);
     buttons->addWidget(settings);
     connect(settings, &QPushButton::clicked, this, &MainWindow::showSettings);
@@ -95,11 +102,47 @@ QWidget* MainWindow::makeUndoBar() {
 
 void MainWindow::showEmpty() {
     pages_->setCurrentWidget(emptyPage_);
+    dropEditor();
+}
+
+void MainWindow::dropEditor() {
+    if (!editor_) return;
+    // Later: the editor may be the one asking to go.
+    editor_->hide();
+    editor_->deleteLater();
+    editor_ = nullptr;
+}
+
+void MainWindow::showEditor(const std::optional<std::string>& id) {
+    std::optional<GestureBinding> binding;
+    if (id) {
+        const auto& bindings = context_.store.bindings();
+        const auto found = std::find_if(bindings.begin(), bindings.end(),
+                                        [&id](const GestureBinding& b) { return b.id == *id; });
+        if (found == bindings.end()) return;
+        binding = *found;
+    }
+    if (!id) list_->choose(std::nullopt);
+    dropEditor();
+    editor_ = new BindingEditor(context_, binding, pages_);
+    connect(editor_, &BindingEditor::saved, this, [this](const QString& saved) {
+        list_->choose(saved.toStdString());
+        showEditor(saved.toStdString());
+    });
+    connect(editor_, &BindingEditor::deleteRequested, this,
+            [this](const QString& deleted) { deleteBinding(deleted.toStdString()); });
+    connect(editor_, &BindingEditor::closed, this, [this] {
+        list_->choose(std::nullopt);
+        showEmpty();
+    });
+    pages_->addWidget(editor_);
+    pages_->setCurrentWidget(editor_);
 }
 
 void MainWindow::showSettings() {
     list_->choose(std::nullopt);
     pages_->setCurrentWidget(settings_);
+    dropEditor();
 }
 
 void MainWindow::deleteBinding(const std::string& id) {
@@ -124,7 +167,11 @@ void MainWindow::undoDelete() {
     undoBar_->hide();
 }
 
-void MainWindow::updateGuide() {}
+void MainWindow::updateGuide() {
+    const auto& error = context_.engine.sourceError();
+    if (error && error != guidedError_) pages_->setCurrentWidget(guide_);
+    guidedError_ = error;
+}
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!asksBeforeClosing_) {

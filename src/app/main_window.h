@@ -7,7 +7,9 @@
 #include <optional>
 
 #include "app/app_context.h"
+#include "app/binding_editor.h"
 #include "app/binding_list.h"
+#include "app/permission_guide.h"
 #include "app/settings_pane.h"
 
 namespace ostrelle::app {
@@ -34,6 +36,11 @@ class MainWindow final : public QMainWindow {
 
     BindingList& bindingList() { return *list_; }
     void showSettings();
+    // The editor of a saved binding, or of a new one.
+    void showEditor(const std::optional<std::string>& id);
+    BindingEditor* editor() const { return editor_; }
+    PermissionGuide& permissionGuide() { return *guide_; }
+    bool showsPermissionGuide() const { return pages_->currentWidget() == guide_; }
     SettingsPane& settingsPane() { return *settings_; }
     void deleteBinding(const std::string& id);
     void undoDelete();
@@ -48,6 +55,7 @@ class MainWindow final : public QMainWindow {
     QWidget* makeSidebar();
     QWidget* makeUndoBar();
     void showEmpty();
+    void dropEditor();
     void updateGuide();
 
     AppContext& context_;
@@ -55,6 +63,10 @@ class MainWindow final : public QMainWindow {
     QStackedWidget* pages_ = nullptr;
     QWidget* emptyPage_ = nullptr;
     SettingsPane* settings_ = nullptr;
+    PermissionGuide* guide_ = nullptr;
+    BindingEditor* editor_ = nullptr;  // the page of the binding being edited, if any
+    // The touch source's error the guide was last shown for, so that it shows once per error.
+    std::optional<std::string> guidedError_;
     QWidget* undoBar_ = nullptr;
     QLabel* undoText_ = nullptr;
     std::optional<GestureBinding> deleted_;

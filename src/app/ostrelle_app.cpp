@@ -83,6 +83,7 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
                .keysError = desktop_->system().keyCodes() ? desktop_->system().keyCodes()->unavailableReason()
                                                           : std::nullopt,
                .updater = nullptr} {
+    context_.updater = [this]() -> Updater& { return updater(); };
     *answer = [this](const std::string& request) { return service_->answer(request); };
 
     const auto onChange = [this](const std::string& name) { fileChanged(name); };
@@ -106,6 +107,8 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
         tray_->show();
     }
     engineUpdates_ = engine().observers.add([this] { showStatus(); });
+    // Automatic update checks are scheduled once the program runs; the first waits a while.
+    QTimer::singleShot(0, this, [this] { updater(); });
     // Without a tray the window is the only way in.
     if (!tray_ || options.openWindow) openMainWindow();
 }
@@ -113,6 +116,11 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
 OstrelleApp::~OstrelleApp() {
     engine().observers.remove(engineUpdates_);
     delete window_.data();
+}
+
+Updater& OstrelleApp::updater() {
+    if (!updater_) updater_ = std::make_unique<Updater>(*settings_);
+    return *updater_;
 }
 
 void OstrelleApp::showStatus() {

@@ -12,6 +12,7 @@
 
 #include "app/app_context.h"
 #include "app/main_window.h"
+#include "app/updater.h"
 #include "engine/recording_playback.h"
 #include "platform/linux/desktop_session.h"
 #include "platform/linux/epoll_main_queue.h"
@@ -56,6 +57,7 @@ class OstrelleApp final : public QObject {
     MainWindow* mainWindow() const { return window_; }
     QSystemTrayIcon* trayIcon() const { return tray_.get(); }
     TrayMenu* trayMenu() const { return menu_.get(); }
+    Updater& updater();
 
   private:
     OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options,
@@ -80,6 +82,7 @@ class OstrelleApp final : public QObject {
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<QSystemTrayIcon> tray_;
     QPointer<MainWindow> window_;
+    std::unique_ptr<Updater> updater_;
     ObserverList::Token engineUpdates_ = 0;
 };
 

@@ -4,6 +4,8 @@
 #include <QGroupBox>
 #include <QVBoxLayout>
 
+#include "app/updater.h"
+
 namespace ostrelle::app {
 namespace {
 
@@ -75,6 +77,16 @@ SettingsPane::SettingsPane(AppContext& context, QWidget* parent) : QWidget(paren
     automaticUpdates_->setAccessibleName(QStringLiteral("Check for updates automatically"));
     checkUpdates_ = new QPushButton(QString::fromUtf8(checkUpdatesText), updates);
     checkUpdates_->setAccessibleName(QStringLiteral("Check for Updates"));
+    if (context_.updater) {
+        Updater& updater = context_.updater();
+        automaticUpdates_->setChecked(updater.automaticChecks());
+        connect(automaticUpdates_, &QCheckBox::toggled, &updater, &Updater::setAutomaticChecks);
+        connect(&updater, &Updater::automaticChecksChanged, automaticUpdates_, &QCheckBox::setChecked);
+        connect(checkUpdates_, &QPushButton::clicked, &updater, &Updater::checkForUpdates);
+        connect(&updater, &Updater::checkingChanged, checkUpdates_, &QPushButton::setDisabled);
+    } else {
+        updates->setEnabled(false);
+    }
     updatesLayout->addWidget(automaticUpdates_);
     updatesLayout->addWidget(checkUpdates_, 0, Qt::AlignLeft);
     layout->addWidget(updates);

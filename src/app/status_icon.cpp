@@ -5,15 +5,7 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
-// The application's resources live in a static library, whose registration the linker would
-// otherwise leave out.
-static void loadResources() {
-    static const bool loaded = [] {
-        Q_INIT_RESOURCE(resources);
-        return true;
-    }();
-    (void)loaded;
-}
+#include "app/resources.h"
 
 namespace ostrelle::app {
 namespace {
