@@ -22,7 +22,7 @@ class BindingList final : public QTreeWidget {
 
     std::optional<std::string> chosenID() const;
     void choose(const std::optional<std::string>& id);
-    // Builds the rows again from the store (and the desktop's settings, read afresh).
+    // Builds the rows again from the store.
     void reload();
 
   signals:

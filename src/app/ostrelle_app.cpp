@@ -9,6 +9,8 @@
 #include "app/queue_bridge.h"
 #include "app/status_icon.h"
 #include "app/tray_menu.h"
+#include "gestures/desktop_conflicts.h"
+#include "platform/linux/desktop_gesture_settings.h"
 #include "platform/linux/evdev_touch_source.h"
 #include "support/log.h"
 
@@ -84,6 +86,12 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
                                                           : std::nullopt,
                .updater = nullptr} {
     context_.updater = [this]() -> Updater& { return updater(); };
+    // The desktop's own gesture settings are read when the list first asks, not at start.
+    context_.conflict = [environment,
+                         settings = std::optional<DesktopGestureSettings>()](const Gesture& gesture) mutable {
+        if (!settings) settings = readDesktopGestureSettings(environment);
+        return desktopConflict(gesture, *settings);
+    };
     *answer = [this](const std::string& request) { return service_->answer(request); };
 
     const auto onChange = [this](const std::string& name) { fileChanged(name); };
