@@ -2,7 +2,7 @@
 """Measures the desktop application as a user would run it, in a real tray (trayer on a private
 Xvfb): time from start to the tray icon shown (the program says READY=1 once its event loop runs
 with the icon up), wake-ups while idle with the window closed, and resident memory with the window
-closed. Everything runs in a scratch home; nothing of the user's is read or written.
+closed (opened and closed once first). Everything runs in a scratch home; nothing of the user's is read or written.
 
 usage: scripts/measure-app.py [PATH/TO/ostrelle] [--idle-seconds N]
 Targets: tray icon < 300 ms, 0 wake-ups while idle, < 60 MB resident.
@@ -75,7 +75,20 @@ def main():
         print(f"tray icon shown after start: median {sorted(readies)[2] * 1000:.1f} ms (of 5; target < 300 ms)")
 
         process, _ = start(options.app, arguments, env, root)
-        time.sleep(1.0)  # let start-up work (the tray's handshake, fonts) settle before counting
+        # The window opened and closed again (Ctrl+W), as after a visit to the settings.
+        subprocess.run([options.app, "--open"], env=env, check=True)
+        window = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Ostrelle$"], env=env,
+                                capture_output=True, text=True, check=True).stdout.split()[0]
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "ctrl+w"], env=env, check=True)
+        for _ in range(500):
+            visible = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Ostrelle$"], env=env,
+                                     capture_output=True, text=True).stdout.split()
+            if not visible:
+                break
+            time.sleep(0.01)
+        else:
+            raise SystemExit("the window did not close")
+        time.sleep(1.0)  # let the window's going settle before counting
         before = service.context_switches(process.pid)
         time.sleep(options.idle_seconds)
         wakeups = service.context_switches(process.pid) - before

@@ -21,11 +21,6 @@ QString qt(const std::string& text) {
 
 }  // namespace
 
-QString fingersHeading(int fingers) {
-    const QString word = qt(std::string(Gesture::word(fingers)));
-    return fingers == 1 ? word + QStringLiteral(" Finger") : word + QStringLiteral(" Fingers");
-}
-
 BindingList::BindingList(AppContext& context, QWidget* parent) : QTreeWidget(parent), context_(context) {
     setAccessibleName(QString::fromUtf8(listName));
     setColumnCount(2);
@@ -71,7 +66,7 @@ void BindingList::reload() {
     clear();
     const QIcon warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
     for (const auto& group : context_.store.groupedByFingers()) {
-        auto* heading = new QTreeWidgetItem(this, {fingersHeading(group.fingers)});
+        auto* heading = new QTreeWidgetItem(this, {qt(Gesture::fingersLabel(group.fingers))});
         heading->setFlags(Qt::ItemIsEnabled);
         heading->setFirstColumnSpanned(true);
         QFont bold = heading->font(0);

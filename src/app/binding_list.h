@@ -8,9 +8,9 @@
 
 namespace ostrelle::app {
 
-// The saved gestures grouped by finger count ("Three Fingers", ...), each row with the gesture's
-// icon and name, the action's pill and, where the desktop uses the gesture itself, a warning.
-// Follows the store; keeps the chosen binding chosen across changes while it exists.
+// The saved gestures grouped by finger count ("3 fingers", ...), as the editor's list of gestures is, each
+// row with the gesture's icon and name, the action's pill and, where the desktop uses the gesture itself, a
+// warning. Follows the store; keeps the chosen binding chosen across changes while it exists.
 class BindingList final : public QTreeWidget {
     Q_OBJECT
 
@@ -33,8 +33,5 @@ class BindingList final : public QTreeWidget {
     AppContext& context_;
     ObserverList::Token storeUpdates_ = 0;
 };
-
-// "Three Fingers", "One Finger".
-QString fingersHeading(int fingers);
 
 }  // namespace ostrelle::app

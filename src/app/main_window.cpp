@@ -54,6 +54,8 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(paren
     splitter->setSizes({sidebarWidth, defaultWidth - sidebarWidth});
     setCentralWidget(splitter);
 
+    auto* close = new QShortcut(QKeySequence::Close, this);
+    connect(close, &QShortcut::activated, this, &QWidget::close);
     auto* undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, &MainWindow::undoDelete);
     engineUpdates_ = context_.engine.observers.add([this] { updateGuide(); });
@@ -165,6 +167,10 @@ void MainWindow::undoDelete() {
     list_->choose(deleted_->id);
     deleted_.reset();
     undoBar_->hide();
+}
+
+bool MainWindow::showsPermissionGuide() const {
+    return pages_->currentWidget() == guide_;
 }
 
 void MainWindow::updateGuide() {

@@ -40,7 +40,7 @@ class MainWindow final : public QMainWindow {
     void showEditor(const std::optional<std::string>& id);
     BindingEditor* editor() const { return editor_; }
     PermissionGuide& permissionGuide() { return *guide_; }
-    bool showsPermissionGuide() const { return pages_->currentWidget() == guide_; }
+    bool showsPermissionGuide() const;
     SettingsPane& settingsPane() { return *settings_; }
     void deleteBinding(const std::string& id);
     void undoDelete();

@@ -139,15 +139,18 @@ void OstrelleApp::showStatus() {
 }
 
 void OstrelleApp::openMainWindow() {
-    if (!window_) {
-        window_ = new MainWindow(context_);
-        window_->setAttribute(Qt::WA_DeleteOnClose, false);
-        window_->setAsksBeforeClosing(tray_ == nullptr);
-        connect(window_, &MainWindow::quitRequested, this, &OstrelleApp::quit);
+    MainWindow* window = window_.data();
+    if (!window) {
+        window = new MainWindow(context_);
+        // A closed window gives its memory back; the next opening builds it anew.
+        window->setAttribute(Qt::WA_DeleteOnClose, true);
+        window->setAsksBeforeClosing(tray_ == nullptr);
+        connect(window, &MainWindow::quitRequested, this, &OstrelleApp::quit);
+        window_ = window;
     }
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 void OstrelleApp::fileChanged(const std::string& name) {

@@ -42,20 +42,21 @@ Updater::Updater(Settings& settings, Options options, QObject* parent)
     connect(&nextCheck_, &QTimer::timeout, this, &Updater::startCheck);
     timeout_.setSingleShot(true);
     connect(&timeout_, &QTimer::timeout, this, [this] {
-        if (!reply_) return;
+        QNetworkReply* reply = reply_.data();
+        if (!reply) return;
         timedOut_ = true;
-        reply_->abort();
+        reply->abort();
     });
     scheduleNext(options_.startDelay);
 }
 
 Updater::~Updater() {
-    if (reply_) {
+    if (QNetworkReply* reply = reply_.data()) {
         // Aborting finishes the reply at once; nothing of a going updater should answer it.
-        reply_->disconnect(this);
-        reply_->abort();
+        reply->disconnect(this);
+        reply->abort();
     }
-    if (dialog_) dialog_->deleteLater();
+    if (UpdateDialog* dialog = dialog_.data()) dialog->deleteLater();
 }
 
 bool Updater::automaticChecks() const {
@@ -129,7 +130,8 @@ void Updater::present(const UpdateCheckResult& result) {
     // An automatic check that found nothing new, or failed, keeps quiet.
     if (!onDemand && result.outcome != UpdateCheckResult::Outcome::available) return;
     // The user closed the busy dialog: the answer is no longer wanted.
-    if (onDemand && (!dialog_ || !dialog_->isVisible())) return;
+    const UpdateDialog* open = dialog_.data();
+    if (onDemand && (!open || !open->isVisible())) return;
     UpdateDialog& dialog = openDialog();
     switch (result.outcome) {
         case UpdateCheckResult::Outcome::available:
@@ -145,18 +147,20 @@ void Updater::present(const UpdateCheckResult& result) {
 }
 
 UpdateDialog& Updater::openDialog() {
-    if (!dialog_) {
-        dialog_ = new UpdateDialog(options_.openUrl);
-        dialog_->setAttribute(Qt::WA_DeleteOnClose);
-        connect(dialog_, &UpdateDialog::cancelled, this, [this] {
+    UpdateDialog* dialog = dialog_.data();
+    if (!dialog) {
+        dialog = new UpdateDialog(options_.openUrl);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &UpdateDialog::cancelled, this, [this] {
             onDemand_ = false;
-            if (reply_) reply_->abort();
+            if (QNetworkReply* reply = reply_.data()) reply->abort();
         });
+        dialog_ = dialog;
     }
-    dialog_->show();
-    dialog_->raise();
-    dialog_->activateWindow();
-    return *dialog_;
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+    return *dialog;
 }
 
 void Updater::scheduleNext(std::chrono::milliseconds atLeast) {

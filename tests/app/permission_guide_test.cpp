@@ -11,6 +11,7 @@
 
 #include "engine/engine_fixture.h"
 #include "support/scratch_folder.h"
+#include "testing/temporary_folder.h"
 
 namespace ostrelle::app {
 namespace {
@@ -90,8 +91,7 @@ TEST(PermissionGuide, InstallsTheRuleThroughThePasswordProgram) {
         EXPECT_EQ(rig.granted.size(), row.granted);
         EXPECT_EQ(rig.button("Install Access Rule").isEnabled(), row.granted == 0) << "ready to try again";
         if (*row.script == '\0') continue;
-        std::ifstream written(arguments);
-        const std::string passed((std::istreambuf_iterator<char>(written)), {});
+        const std::string passed = testing::readText(arguments);
         EXPECT_NE(passed.find("ENV{ID_INPUT_TOUCHPAD}==\"1\", TAG+=\"uaccess\"\n"), std::string::npos)
             << passed;
         EXPECT_EQ(passed.find("# "), std::string::npos) << "comments left out";

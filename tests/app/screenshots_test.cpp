@@ -47,7 +47,9 @@ TEST(Screenshots, MainWindowEditorWhileRecordingAndSettings) {
     const testing::ScratchHome home;
     EpollMainQueue queue;
     const auto app = startApp(queue, home);
-    MainWindow& window = *app->mainWindow();
+    MainWindow* opened = app->mainWindow();
+    ASSERT_NE(opened, nullptr);
+    MainWindow& window = *opened;
     window.bindingList().choose(app->context().store.bindings().front().id);
     save(window, QStringLiteral("main-window.png"));
 

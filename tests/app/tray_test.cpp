@@ -38,8 +38,9 @@ TEST(Tray, TheIconSaysWhetherGesturesAreOnAndTheWindowWaitsToBeOpened) {
     app.trayMenu()->activeAction()->trigger();
     EXPECT_EQ(app.trayIcon()->toolTip(), pausedIconName);
     app.trayMenu()->openAction()->trigger();
-    ASSERT_NE(app.mainWindow(), nullptr);
-    EXPECT_TRUE(app.mainWindow()->isVisible());
+    const MainWindow* window = app.mainWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isVisible());
 }
 
 }  // namespace

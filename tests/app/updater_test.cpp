@@ -160,7 +160,8 @@ struct Rig {
         QSignalSpy finished(&updater, &Updater::checkFinished);
         if (onDemand) {
             updater.checkForUpdates();
-            EXPECT_TRUE(updater.dialog() && updater.dialog()->isVisible()) << "busy while checking";
+            const UpdateDialog* busy = updater.dialog();
+            EXPECT_TRUE(busy && busy->isVisible()) << "busy while checking";
         } else {
             QTest::qWait(0);  // nothing due yet: the first check waits for its start delay
             EXPECT_FALSE(updater.isChecking());
@@ -168,8 +169,9 @@ struct Rig {
             updater.setAutomaticChecks(true);  // due at once: never checked before
         }
         EXPECT_TRUE(QTest::qWaitFor([&] { return finished.size() == 1; }, 10'000));
-        if (!updater.dialog() || !updater.dialog()->isVisible()) return {};
-        const auto labels = updater.dialog()->findChildren<QLabel*>();
+        const UpdateDialog* dialog = updater.dialog();
+        if (!dialog || !dialog->isVisible()) return {};
+        const auto labels = dialog->findChildren<QLabel*>();
         QString shown;
         for (QLabel* label : labels) {
             if (label->isVisible()) shown += label->text() + "\n";
