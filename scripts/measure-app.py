@@ -12,7 +12,6 @@ import importlib.machinery
 import os
 import shutil
 import signal
-import socket
 import subprocess
 import tempfile
 import time
@@ -34,23 +33,6 @@ def start_display(env):
     return server, tray
 
 
-def start(app, arguments, env, root):
-    notify_path = os.path.join(root, "notify.sock")
-    if os.path.exists(notify_path):
-        os.unlink(notify_path)
-    notify = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-    notify.bind(notify_path)
-    notify.settimeout(10)
-    began = time.monotonic()
-    process = subprocess.Popen([app, *arguments], env={**env, "NOTIFY_SOCKET": notify_path},
-                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    while b"READY=1" not in notify.recv(512):
-        pass
-    ready = time.monotonic() - began
-    notify.close()
-    return process, ready
-
-
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("app", nargs="?", default="build/ostrelle")
@@ -68,13 +50,13 @@ def main():
 
         readies = []
         for _ in range(5):
-            process, ready = start(options.app, arguments, env, root)
+            process, ready = service.start([options.app, *arguments], env, root)
             readies.append(ready)
             process.send_signal(signal.SIGTERM)
             process.wait()
         print(f"tray icon shown after start: median {sorted(readies)[2] * 1000:.1f} ms (of 5; target < 300 ms)")
 
-        process, _ = start(options.app, arguments, env, root)
+        process, _ = service.start([options.app, *arguments], env, root)
         # The window opened and closed again (Ctrl+W), as after a visit to the settings.
         subprocess.run([options.app, "--open"], env=env, check=True)
         window = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Ostrelle$"], env=env,

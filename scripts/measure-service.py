@@ -60,8 +60,9 @@ def context_switches(pid):
     return total
 
 
-def start(cli, arguments, env, root):
-    """Starts the service; returns it and the seconds until it said READY=1."""
+def start(command, env, root):
+    """Starts a program that tells systemd when it is ready; returns it and the seconds until it
+    said READY=1."""
     notify_path = os.path.join(root, "notify.sock")
     if os.path.exists(notify_path):
         os.unlink(notify_path)
@@ -69,7 +70,7 @@ def start(cli, arguments, env, root):
     notify.bind(notify_path)
     notify.settimeout(10)
     began = time.monotonic()
-    process = subprocess.Popen([cli, "run", *arguments], env={**env, "NOTIFY_SOCKET": notify_path},
+    process = subprocess.Popen(command, env={**env, "NOTIFY_SOCKET": notify_path},
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     while b"READY=1" not in notify.recv(512):
         pass
@@ -93,13 +94,13 @@ def main():
 
         readies = []
         for _ in range(5):
-            process, ready = start(options.cli, ["--replay", idle_recording], env, root)
+            process, ready = start([options.cli, "run", "--replay", idle_recording], env, root)
             readies.append(ready)
             process.send_signal(signal.SIGTERM)
             process.wait()
         print(f"ready after start: median {sorted(readies)[2] * 1000:.1f} ms (of 5; target < 50 ms)")
 
-        process, _ = start(options.cli, ["--replay", idle_recording], env, root)
+        process, _ = start([options.cli, "run", "--replay", idle_recording], env, root)
         time.sleep(0.2)  # let start-up work settle before counting
         before = context_switches(process.pid)
         time.sleep(options.idle_seconds)
@@ -111,7 +112,7 @@ def main():
         stream = os.path.join(root, "stream.jsonl")
         write_stream(stream, options.stream_seconds)
         began = time.monotonic()
-        process, _ = start(options.cli, ["--replay", stream], env, root)
+        process, _ = start([options.cli, "run", "--replay", stream], env, root)
         # Read from /proc while it runs and once it has ended but is not yet reaped: the rusage
         # of wait4 would also count this script's memory, which the child had before its exec.
         peak_kb, cpu = 0, 0.0

@@ -9,6 +9,7 @@
 #include "app/action_picker.h"
 #include "app/gesture_icon.h"
 #include "app/palette_tones.h"
+#include "app/qt_text.h"
 #include "app/trackpad_preview.h"
 #include "gestures/gesture_catalog.h"
 
@@ -22,10 +23,6 @@ constexpr double titleScale = 1.4;
 // Room for both lists side by side without eliding their labels, in lines of text.
 constexpr int hintWidthLines = 48;
 constexpr int hintLines = 32;
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QLabel* heading(const char* title, QWidget* buddy, QWidget* parent) {
     auto* label = new QLabel(text(title), parent);

@@ -5,6 +5,7 @@
 
 #include "actions/action_catalog.h"
 #include "app/gesture_icon.h"
+#include "app/qt_text.h"
 
 namespace ostrelle::app {
 namespace {
@@ -14,10 +15,6 @@ constexpr int iconSide = 28;  // at 100 %; Qt scales it with the screen
 constexpr const char* listName = "Saved gestures";
 constexpr const char* gestureColumnTitle = "Gesture";
 constexpr const char* actionColumnTitle = "Action";
-
-QString qt(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 }  // namespace
 
@@ -66,26 +63,26 @@ void BindingList::reload() {
     clear();
     const QIcon warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
     for (const auto& group : context_.store.groupedByFingers()) {
-        auto* heading = new QTreeWidgetItem(this, {qt(Gesture::fingersLabel(group.fingers))});
+        auto* heading = new QTreeWidgetItem(this, {text(Gesture::fingersLabel(group.fingers))});
         heading->setFlags(Qt::ItemIsEnabled);
         heading->setFirstColumnSpanned(true);
         QFont bold = heading->font(0);
         bold.setBold(true);
         heading->setFont(0, bold);
         for (const auto& binding : group.bindings) {
-            const QString name = qt(binding.gesture.displayName());
-            const QString pill = qt(ActionCatalog::pill(binding.action, context_.host));
+            const QString name = text(binding.gesture.displayName());
+            const QString pill = text(ActionCatalog::pill(binding.action, context_.host));
             auto* row = new QTreeWidgetItem(heading, {name, pill});
-            row->setData(0, idRole, qt(binding.id));
+            row->setData(0, idRole, text(binding.id));
             row->setIcon(0, gestureIcon(binding.gesture));
             row->setToolTip(0, name);
-            row->setToolTip(1, qt(ActionCatalog::summary(binding.action, context_.host)));
+            row->setToolTip(1, text(ActionCatalog::summary(binding.action, context_.host)));
             QString spoken = name + QStringLiteral(", ") + pill;
             if (const auto conflict = context_.conflict(binding.gesture)) {
                 row->setIcon(1, warning);
-                row->setToolTip(0, name + QStringLiteral("\n") + qt(conflict->text));
-                row->setToolTip(1, qt(conflict->text));
-                spoken += QStringLiteral(". ") + qt(conflict->text);
+                row->setToolTip(0, name + QStringLiteral("\n") + text(conflict->text));
+                row->setToolTip(1, text(conflict->text));
+                spoken += QStringLiteral(". ") + text(conflict->text);
             }
             row->setData(0, Qt::AccessibleTextRole, spoken);
         }

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/qt_text.h"
+
 namespace ostrelle::app {
 namespace {
 
@@ -46,10 +48,6 @@ constexpr const char* notStartedText = "%1 could not be run. Run the command bel
 
 constexpr int commandLines = 7;
 constexpr int minimumWidthInCharacters = 64;
-
-QString text(const char* constant) {
-    return QString::fromUtf8(constant);
-}
 
 QLabel* wrappedLabel(const QString& content, QWidget* parent) {
     auto* label = new QLabel(content, parent);

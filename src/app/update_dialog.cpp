@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/qt_text.h"
+
 namespace ostrelle::app {
 namespace {
 
@@ -26,10 +28,6 @@ constexpr const char* laterText = "&Later";
 constexpr const char* cancelText = "Cancel";
 constexpr const char* busyAccessibleName = "Checking for updates";
 constexpr int minimumWidthInCharacters = 60;
-
-QString text(const char* constant) {
-    return QString::fromUtf8(constant);
-}
 
 QPushButton* button(const char* label, QWidget* parent) {
     auto* result = new QPushButton(text(label), parent);

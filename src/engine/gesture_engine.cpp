@@ -17,7 +17,9 @@ constexpr const char* noTouchYet = "none since launch";
 constexpr const char* turnedOnReason = "gestures turned on";
 constexpr const char* wokeUpReason = "Mac woke up";
 
-std::optional<KeyShortcut> storedToggleShortcut(const Settings& settings) {
+}  // namespace
+
+std::optional<KeyShortcut> GestureEngine::storedToggleShortcut(const Settings& settings) {
     const auto data = settings.dataValue(settings_keys::toggleShortcut);
     if (!data) return std::nullopt;
     try {
@@ -26,8 +28,6 @@ std::optional<KeyShortcut> storedToggleShortcut(const Settings& settings) {
         return std::nullopt;  // a shortcut stored by another version that no longer reads is forgotten
     }
 }
-
-}  // namespace
 
 GestureEngine::GestureEngine(Services services)
     : services_(std::move(services)), runner_(services_.system, services_.queue, services_.host) {

@@ -96,6 +96,8 @@ class GestureEngine {
     std::optional<std::string> registrationError(HotKeyRegistrar::Status status,
                                                  const std::optional<KeyShortcut>& shortcut) const;
     static std::string defaultTimeFormat(double unixSeconds);
+    // The toggle shortcut as the settings hold it; nothing when unset or unreadable.
+    static std::optional<KeyShortcut> storedToggleShortcut(const Settings& settings);
 
   private:
     void apply();

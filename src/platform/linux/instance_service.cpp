@@ -5,24 +5,12 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "actions/key_shortcut_json.h"
 #include "platform/linux/instance_socket.h"
-#include "support/json_error.h"
 
 namespace ostrelle {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-std::optional<KeyShortcut> storedShortcut(const Settings& settings) {
-    const auto data = settings.dataValue(settings_keys::toggleShortcut);
-    if (!data) return std::nullopt;
-    try {
-        return keyShortcutFromJSON(nlohmann::json::parse(*data));
-    } catch (const std::exception&) {
-        return std::nullopt;  // as at start-up: a shortcut that does not decode is ignored
-    }
-}
 
 }  // namespace
 
@@ -84,7 +72,7 @@ void InstanceService::settingsChanged() {
         if (listening != engine_.isEnabled()) engine_.setEnabled(listening);
     }
     if (has(settings_keys::toggleShortcut)) {
-        const auto shortcut = storedShortcut(parts_.settings);
+        const auto shortcut = GestureEngine::storedToggleShortcut(parts_.settings);
         if (shortcut != engine_.toggleShortcut() && (!shortcut || shortcut->isGlobal()))
             engine_.setToggleShortcut(shortcut);
     }
