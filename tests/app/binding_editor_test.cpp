@@ -141,5 +141,29 @@ TEST(BindingEditor, RefusesAGestureAnotherBindingHolds) {
     EXPECT_EQ(rig.store.bindings().at(0).action.optionID, "close");
 }
 
+// A drawn "L" becomes a new shape under the name the store offers next.
+TEST(BindingEditor, RecordsADrawnShapeUnderTheNextFreeName) {
+    EditorRig rig;
+    BindingEditor editor(rig.context, std::nullopt);
+    showActive(editor);
+    editor.setRecording(true);
+    double t = 1.0;
+    std::vector<Contact> hand{{1, 0.3, 0.2}, {2, 0.38, 0.2}, {3, 0.46, 0.2}};
+    for (const auto& [dx, dy] : {std::pair{0.0, 0.01}, std::pair{0.01, 0.0}}) {
+        for (int step = 0; step < 25; ++step) {
+            for (Contact& finger : hand) finger = {finger.id, finger.x + dx, finger.y + dy};
+            rig.frameAt(t += 0.008, hand);
+        }
+    }
+    rig.frameAt(t + 0.008, {});
+    const std::string offered = rig.store.nextCustomName();
+    ASSERT_TRUE(editor.gesture() && editor.gesture()->custom) << editor.detectedText().toStdString();
+    pickAction(editor, "close tab");
+    ASSERT_TRUE(editor.save());
+    ASSERT_EQ(rig.store.bindings().size(), 1U);
+    EXPECT_EQ(rig.store.bindings()[0].gesture.custom->name, offered);
+    EXPECT_NE(rig.store.nextCustomName(), offered);
+}
+
 }  // namespace
 }  // namespace ostrelle::app
