@@ -50,13 +50,12 @@ std::variant<std::unique_ptr<OstrelleApp>, std::string> OstrelleApp::start(
     auto instance = std::move(std::get<std::unique_ptr<InstanceServer>>(taken));
     Log::prune();
     return std::unique_ptr<OstrelleApp>(
-        new OstrelleApp(queue, environment, std::move(options), std::move(instance), std::move(answer)));
+        new OstrelleApp(queue, environment, std::move(options), std::move(instance), answer));
 }
 
 OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options,
-                         std::unique_ptr<InstanceServer> instance, std::shared_ptr<Answer> answer)
-    : queue_(queue),
-      instance_(std::move(instance)),
+                         std::unique_ptr<InstanceServer> instance, const std::shared_ptr<Answer>& answer)
+    : instance_(std::move(instance)),
       settings_(std::make_unique<SettingsFile>(defaultSettingsPath(environment))),
       store_(std::make_unique<BindingStore>(
           options.bindings.value_or(defaultBindingsPath(environment, PathConvention::xdg)),

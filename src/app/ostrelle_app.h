@@ -62,12 +62,11 @@ class OstrelleApp final : public QObject {
   private:
     OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options,
                 std::unique_ptr<InstanceServer> instance,
-                std::shared_ptr<std::function<std::string(const std::string&)>> answer);
+                const std::shared_ptr<std::function<std::string(const std::string&)>>& answer);
     void showStatus();
     void quit();
     void fileChanged(const std::string& name);
 
-    EpollMainQueue& queue_;
     std::unique_ptr<InstanceServer> instance_;
     std::unique_ptr<SettingsFile> settings_;
     std::unique_ptr<BindingStore> store_;
