@@ -1,7 +1,7 @@
 #include "app/ostrelle_app.h"
 
 #include <QApplication>
-#include <QMessageBox>
+#include <QEvent>
 #include <QPalette>
 #include <QTimer>
 
@@ -112,6 +112,7 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
                 });
         showStatus();
         tray_->show();
+        qApp->installEventFilter(this);
     }
     engineUpdates_ = engine().observers.add([this] { showStatus(); });
     // Automatic update checks are scheduled once the program runs; the first waits a while.
@@ -130,11 +131,20 @@ Updater& OstrelleApp::updater() {
     return *updater_;
 }
 
-void OstrelleApp::showStatus() {
+void OstrelleApp::showStatus(bool redraw) {
     if (!tray_) return;
+    // The engine publishes many changes; the icon is drawn again only when the switch or the
+    // palette (light or dark) changed.
     const bool active = engine().isEnabled();
+    if (!redraw && shownActive_ == active) return;
+    shownActive_ = active;
     tray_->setIcon(statusIcon(active, QApplication::palette().color(QPalette::WindowText)));
     tray_->setToolTip(active ? activeIconName : pausedIconName);
+}
+
+bool OstrelleApp::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) showStatus(true);
+    return QObject::eventFilter(watched, event);
 }
 
 void OstrelleApp::openMainWindow() {

@@ -63,7 +63,8 @@ class OstrelleApp final : public QObject {
     OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environment, AppOptions options,
                 std::unique_ptr<InstanceServer> instance,
                 const std::shared_ptr<std::function<std::string(const std::string&)>>& answer);
-    void showStatus();
+    void showStatus(bool redraw = false);
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void quit();
     void fileChanged(const std::string& name);
 
@@ -83,6 +84,7 @@ class OstrelleApp final : public QObject {
     QPointer<MainWindow> window_;
     std::unique_ptr<Updater> updater_;
     ObserverList::Token engineUpdates_ = 0;
+    std::optional<bool> shownActive_;  // what the tray's icon shows now
 };
 
 }  // namespace ostrelle::app
