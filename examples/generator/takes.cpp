@@ -58,20 +58,6 @@ const std::vector<Point>& handOffsets(int fingers) {
     return layouts[static_cast<std::size_t>(fingers - 1)];
 }
 
-Point unitVector(SwipeDirection direction) {
-    switch (direction) {
-        case SwipeDirection::up:
-            return {0, -1};
-        case SwipeDirection::down:
-            return {0, 1};
-        case SwipeDirection::left:
-            return {-1, 0};
-        case SwipeDirection::right:
-            return {1, 0};
-    }
-    return {};
-}
-
 Point jittered(Noise& noise, Point p, double spread) {
     return {p.x + noise.between(-spread, spread), p.y + noise.between(-spread, spread)};
 }

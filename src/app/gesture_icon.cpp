@@ -20,20 +20,6 @@ constexpr double padInset = 0.03;
 constexpr double padCorner = 0.16;
 constexpr int padAlpha = 70;  // of 255: the pad stays in the background
 
-QPointF directionVector(SwipeDirection direction) {
-    switch (direction) {
-        case SwipeDirection::up:
-            return {0, -1};
-        case SwipeDirection::down:
-            return {0, 1};
-        case SwipeDirection::left:
-            return {-1, 0};
-        case SwipeDirection::right:
-            return {1, 0};
-    }
-    return {0, 0};
-}
-
 void paintArrow(QPainter& painter, QPointF from, QPointF unit, double side) {
     const QPointF start = from + unit * (dotRadius * side);
     const QPointF tip = start + unit * (arrowLength * side);
@@ -80,7 +66,10 @@ void paintDot(QPainter& painter, const Dot& dot, const QRectF& rect, const QColo
             break;
         case DotRole::Kind::swipe:
             painter.drawEllipse(centre, radius, radius);
-            if (dot.role.direction) paintArrow(painter, centre, directionVector(*dot.role.direction), side);
+            if (dot.role.direction) {
+                const Point unit = unitVector(*dot.role.direction);
+                paintArrow(painter, centre, QPointF(unit.x, unit.y), side);
+            }
             break;
     }
 }

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "support/point.h"
+
 namespace ostrelle {
 
 enum class Motion { tap, doubleTap, click, swipe };
@@ -78,6 +80,21 @@ constexpr SwipeDirection directionOf(double dx, double dy) {
     const double ay = dy < 0 ? -dy : dy;
     if (ax > ay) return dx > 0 ? SwipeDirection::right : SwipeDirection::left;
     return dy > 0 ? SwipeDirection::down : SwipeDirection::up;
+}
+
+// One unit in the direction, on the pad's axes (y grows downward).
+constexpr Point unitVector(SwipeDirection direction) {
+    switch (direction) {
+        case SwipeDirection::up:
+            return {0, -1};
+        case SwipeDirection::down:
+            return {0, 1};
+        case SwipeDirection::left:
+            return {-1, 0};
+        case SwipeDirection::right:
+            return {1, 0};
+    }
+    return {};
 }
 
 }  // namespace ostrelle
