@@ -121,11 +121,9 @@ void MainWindow::dropEditor() {
 void MainWindow::showEditor(const std::optional<std::string>& id) {
     std::optional<GestureBinding> binding;
     if (id) {
-        const auto& bindings = context_.store.bindings();
-        const auto found = std::find_if(bindings.begin(), bindings.end(),
-                                        [&id](const GestureBinding& b) { return b.id == *id; });
-        if (found == bindings.end()) return;
-        binding = *found;
+        const GestureBinding* saved = context_.store.bindingWithID(*id);
+        if (!saved) return;
+        binding = *saved;
     }
     if (!id) list_->choose(std::nullopt);
     dropEditor();
@@ -151,11 +149,9 @@ void MainWindow::showSettings() {
 }
 
 void MainWindow::deleteBinding(const std::string& id) {
-    const auto& bindings = context_.store.bindings();
-    const auto found =
-        std::find_if(bindings.begin(), bindings.end(), [&id](const GestureBinding& b) { return b.id == id; });
-    if (found == bindings.end()) return;
-    deleted_ = *found;
+    const GestureBinding* doomed = context_.store.bindingWithID(id);
+    if (!doomed) return;
+    deleted_ = *doomed;
     context_.store.remove(id);
     undoText_->setText(
         QString::fromUtf8(deletedText).arg(QString::fromStdString(deleted_->gesture.displayName())));

@@ -181,6 +181,12 @@ const GestureBinding* BindingStore::bindingFor(const Gesture& gesture) const {
     return it == bindings_.end() ? nullptr : &*it;
 }
 
+const GestureBinding* BindingStore::bindingWithID(const std::string& id) const {
+    const auto found = std::find_if(bindings_.begin(), bindings_.end(),
+                                    [&id](const GestureBinding& binding) { return binding.id == id; });
+    return found == bindings_.end() ? nullptr : &*found;
+}
+
 bool BindingStore::isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const {
     return std::any_of(bindings_.begin(), bindings_.end(), [&](const GestureBinding& b) {
         return b.gesture.id == gesture.id && (!excluding || b.id != *excluding);

@@ -42,6 +42,8 @@ class BindingStore {
     // The first binding whose gesture id is the gesture's (shapes are not compared).
     const GestureBinding* bindingFor(const Gesture& gesture) const;
     bool isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const;
+    // The binding with this id; null when none has it.
+    const GestureBinding* bindingWithID(const std::string& id) const;
     // Adds or replaces (in place, by id); refused when another binding holds the gesture.
     bool save(const GestureBinding& binding);
     // Removes every binding with that id; writes the file even when none was removed.
