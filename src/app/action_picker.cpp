@@ -66,14 +66,10 @@ const std::vector<AppActions>& ActionPicker::shownCatalog() const {
     return host_.linuxActions ? host_.linuxActions->catalog() : ActionCatalog::apps();
 }
 
-const ActionOption* ActionPicker::option(const std::string& appID, const std::string& optionID) const {
-    for (const AppActions& app : shownCatalog()) {
-        if (app.id != appID) continue;
-        for (const ActionOption& candidate : app.options) {
-            if (candidate.id == optionID) return &candidate;
-        }
-    }
-    return nullptr;
+const ActionOption* ActionPicker::option(const ActionRef& ref) const {
+    if (host_.linuxActions) return host_.linuxActions->shownOption(ref);
+    const auto entry = ActionCatalog::lookup(ref);
+    return entry ? entry->option : nullptr;
 }
 
 std::optional<std::string> ActionPicker::unavailable(const ActionOption& shown,
@@ -129,7 +125,7 @@ void ActionPicker::showDetails() {
                             {},
                             {}};
     }
-    const ActionOption* shown = chosen_ ? option(chosen_->appID, chosen_->optionID) : nullptr;
+    const ActionOption* shown = chosen_ ? option(*chosen_) : nullptr;
     note_->setText(shown && shown->note ? QString::fromStdString(*shown->note) : QString());
     note_->setVisible(!note_->text().isEmpty());
     recorder_->setVisible(isKind(shown, ActionKind::CustomShortcut{}));
@@ -148,7 +144,7 @@ void ActionPicker::showDetails() {
 
 void ActionPicker::chooseCurrent() {
     showDetails();
-    const ActionOption* shown = chosen_ ? option(chosen_->appID, chosen_->optionID) : nullptr;
+    const ActionOption* shown = chosen_ ? option(*chosen_) : nullptr;
     // An option that still needs its keys or application hands the keyboard on to that part.
     if (isKind(shown, ActionKind::CustomShortcut{}) && !recorder_->shortcut()) {
         recorder_->startRecording();
@@ -161,7 +157,7 @@ void ActionPicker::chooseCurrent() {
 
 std::optional<ActionRef> ActionPicker::action() const {
     if (!chosen_) return std::nullopt;
-    const ActionOption* shown = option(chosen_->appID, chosen_->optionID);
+    const ActionOption* shown = option(*chosen_);
     ActionRef ref = *chosen_;
     if (isKind(shown, ActionKind::CustomShortcut{})) {
         ref.shortcut = recorder_->shortcut();

@@ -49,7 +49,8 @@ class ActionPicker final : public QWidget {
     void chooseCurrent();
     void showDetails();
     const std::vector<AppActions>& shownCatalog() const;
-    const ActionOption* option(const std::string& appID, const std::string& optionID) const;
+    // The option as this desktop shows it.
+    const ActionOption* option(const ActionRef& ref) const;
     std::optional<std::string> unavailable(const ActionOption& option, const std::string& appID) const;
 
     const ActionHost& host_;

@@ -285,14 +285,11 @@ void BindingEditor::showMessage(const QString& message) {
 }
 
 QString BindingEditor::inUseMessage(const Gesture& gesture) const {
-    const std::string own = binding_ ? binding_->id : std::string();
-    for (const GestureBinding& holder : context_.store.bindings()) {
-        if (holder.gesture.id != gesture.id || holder.id == own) continue;
-        return QStringLiteral("“%1” already runs “%2”. Pick another gesture, or change that one first.")
-            .arg(QString::fromStdString(gesture.displayName()),
-                 QString::fromStdString(ActionCatalog::pill(holder.action, context_.host)));
-    }
-    return {};
+    const GestureBinding* holder =
+        context_.store.holderOf(gesture, binding_ ? std::optional(binding_->id) : std::nullopt);
+    if (!holder) return {};
+    return text(inUseText).arg(text(gesture.displayName()),
+                               text(ActionCatalog::pill(holder->action, context_.host)));
 }
 
 bool BindingEditor::save() {

@@ -39,6 +39,8 @@ class BindingEditor final : public QWidget {
     static constexpr const char* noGestureError = "Pick a gesture from the list, or record one.";
     static constexpr const char* noActionError = "Pick an action for this gesture.";
     static constexpr const char* notSavedError = "The gesture couldn't be saved. Try again.";
+    static constexpr const char* inUseText =
+        "“%1” already runs “%2”. Pick another gesture, or change that one first.";
     static constexpr const char* gestureListName = "Gestures";
 
     // A new binding without `binding`, else that one. The context outlives the editor.

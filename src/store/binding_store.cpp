@@ -187,10 +187,12 @@ const GestureBinding* BindingStore::bindingWithID(const std::string& id) const {
     return found == bindings_.end() ? nullptr : &*found;
 }
 
-bool BindingStore::isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const {
-    return std::any_of(bindings_.begin(), bindings_.end(), [&](const GestureBinding& b) {
+const GestureBinding* BindingStore::holderOf(const Gesture& gesture,
+                                             const std::optional<std::string>& excluding) const {
+    const auto found = std::find_if(bindings_.begin(), bindings_.end(), [&](const GestureBinding& b) {
         return b.gesture.id == gesture.id && (!excluding || b.id != *excluding);
     });
+    return found == bindings_.end() ? nullptr : &*found;
 }
 
 bool BindingStore::save(const GestureBinding& binding) {

@@ -41,7 +41,11 @@ class BindingStore {
 
     // The first binding whose gesture id is the gesture's (shapes are not compared).
     const GestureBinding* bindingFor(const Gesture& gesture) const;
-    bool isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const;
+    bool isInUse(const Gesture& gesture, const std::optional<std::string>& excluding) const {
+        return holderOf(gesture, excluding) != nullptr;
+    }
+    // The binding that holds the gesture, other than the one `excluding` names; null when none.
+    const GestureBinding* holderOf(const Gesture& gesture, const std::optional<std::string>& excluding) const;
     // The binding with this id; null when none has it.
     const GestureBinding* bindingWithID(const std::string& id) const;
     // Adds or replaces (in place, by id); refused when another binding holds the gesture.
