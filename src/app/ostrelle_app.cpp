@@ -93,11 +93,7 @@ OstrelleApp::OstrelleApp(EpollMainQueue& queue, const EnvironmentLookup& environ
     };
     *answer = [this](const std::string& request) { return service_->answer(request); };
 
-    const auto onChange = [this](const std::string& name) { fileChanged(name); };
-    settingsFolder_ = std::make_unique<FolderWatch>(queue, settings_->path().parent_path(), onChange);
-    if (store_->fileURL().parent_path() != settings_->path().parent_path())
-        bindingsFolder_ = std::make_unique<FolderWatch>(queue, store_->fileURL().parent_path(), onChange);
-    wake_ = std::make_unique<WakeWatch>(queue, [this] { engine().systemDidWake(); });
+    watches_ = std::make_unique<InstanceWatches>(queue, *service_, settings_->path(), store_->fileURL());
     bridge_ = std::make_unique<QueueBridge>(queue);
 
     menu_ = std::make_unique<TrayMenu>(
@@ -160,10 +156,6 @@ void OstrelleApp::openMainWindow() {
     window->show();
     window->raise();
     window->activateWindow();
-}
-
-void OstrelleApp::fileChanged(const std::string& name) {
-    service_->fileChanged(name);
 }
 
 void OstrelleApp::quit() {

@@ -16,11 +16,10 @@
 #include "engine/recording_playback.h"
 #include "platform/linux/desktop_session.h"
 #include "platform/linux/epoll_main_queue.h"
-#include "platform/linux/folder_watch.h"
 #include "platform/linux/instance_service.h"
 #include "platform/linux/instance_socket.h"
+#include "platform/linux/instance_watches.h"
 #include "platform/linux/settings_file.h"
-#include "platform/linux/wake_watch.h"
 
 namespace ostrelle::app {
 
@@ -66,7 +65,6 @@ class OstrelleApp final : public QObject {
     void showStatus(bool redraw = false);
     bool eventFilter(QObject* watched, QEvent* event) override;
     void quit();
-    void fileChanged(const std::string& name);
 
     std::unique_ptr<InstanceServer> instance_;
     std::unique_ptr<SettingsFile> settings_;
@@ -75,9 +73,7 @@ class OstrelleApp final : public QObject {
     std::unique_ptr<DesktopSession> desktop_;
     std::unique_ptr<InstanceService> service_;
     AppContext context_;
-    std::unique_ptr<FolderWatch> settingsFolder_;
-    std::unique_ptr<FolderWatch> bindingsFolder_;
-    std::unique_ptr<WakeWatch> wake_;
+    std::unique_ptr<InstanceWatches> watches_;
     std::unique_ptr<QueueBridge> bridge_;
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<QSystemTrayIcon> tray_;

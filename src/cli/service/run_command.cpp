@@ -17,11 +17,10 @@
 #include "engine/recording_playback.h"
 #include "platform/linux/desktop_session.h"
 #include "platform/linux/evdev_touch_source.h"
-#include "platform/linux/folder_watch.h"
 #include "platform/linux/instance_service.h"
 #include "platform/linux/instance_socket.h"
+#include "platform/linux/instance_watches.h"
 #include "platform/linux/signal_watch.h"
-#include "platform/linux/wake_watch.h"
 #include "support/log.h"
 
 namespace ostrelle::cli {
@@ -110,12 +109,7 @@ int serve(const ParsedArguments& parsed) {
         dryRun.clearRecorded();
     };
 
-    const auto onChange = [&service](const std::string& name) { service.fileChanged(name); };
-    const FolderWatch settingsFolder(queue, settings.path().parent_path(), onChange);
-    std::optional<FolderWatch> bindingsFolder;
-    if (std::filesystem::path(bindingsPath).parent_path() != settings.path().parent_path())
-        bindingsFolder.emplace(queue, std::filesystem::path(bindingsPath).parent_path(), onChange);
-    const WakeWatch wake(queue, [&service] { service.engine().systemDidWake(); });
+    const InstanceWatches watches(queue, service, settings.path(), bindingsPath);
 
     // For a systemd unit of Type=notify, and for anyone who waits until the service can be asked.
     sd_notify(0, "READY=1");
