@@ -39,9 +39,7 @@ class MainWindow final : public QMainWindow {
     // The editor of a saved binding, or of a new one.
     void showEditor(const std::optional<std::string>& id);
     BindingEditor* editor() const { return editor_; }
-    PermissionGuide& permissionGuide() { return *guide_; }
     bool showsPermissionGuide() const;
-    SettingsPane& settingsPane() { return *settings_; }
     void deleteBinding(const std::string& id);
     void undoDelete();
 

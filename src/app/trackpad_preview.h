@@ -26,7 +26,7 @@ class TrackpadPreview final : public QWidget {
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
-    // Paints since construction: how a benchmark sees whether repaints keep up.
+    // Paints since construction: how a test sees that a frame was drawn.
     long paintCount() const { return paints_; }
 
   protected:
